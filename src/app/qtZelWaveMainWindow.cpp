@@ -1,0 +1,201 @@
+#include "qtZelWaveMainWindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QMenuBar>
+#include <QTimer>
+
+#include "cWidgetRegistry.h"
+#include "explorer/wxWaveExplorerWidgetImpl.h"
+#include "widgets/qtVxMainWindow.h"
+
+namespace vx3 {
+
+using namespace zelWaveWidgetWrapper;
+
+namespace {
+// Closing waits for the background task; retry a little later instead of spinning.
+void postCloseRetry(QObject* target)
+{
+    QTimer::singleShot(20, target, [target] {
+        QCoreApplication::postEvent(target, new QEvent(static_cast<QEvent::Type>(zelWaveWindow::retry_close_event)));
+    });
+}
+}  // namespace
+
+void triggerWidgetDestroyedCallBack(wxZelWaveWidgetWrapper* wrapper, void* handle)
+{
+    zelWaveRegistry().remove(handle);
+    zelWaveWidgetWrapper::cUserNotification closed{vx_notification_window_closed, std::string(), std::string(), 0};
+    wrapper->appendNotification(closed);
+    wrapper->handleNotifications();
+}
+
+// ---------------------------------------------------------------------------------------------
+qtZelWaveMainWindow::qtZelWaveMainWindow(QWidget* parent, int x, int y, int width, int height, int style)
+    : wxZelWaveWidgetWrapper(0, 0, width, height)
+{
+    mWindow = new qtVxMainWindow(parent);
+    mWindow->setAttribute(Qt::WA_DeleteOnClose);
+    qtVxMainWindow::cHandlers handlers;
+    handlers.close = [this](QCloseEvent* event) { handleCloseEvent(event); };
+    handlers.resize = [this](int w, int h) {
+        if (!checkIsClosing())
+            saveTopLevelWindowDimensions(w, h);
+    };
+    handlers.custom = [this](QEvent* event) { handleCustomEvent(event); };
+    handlers.destroyed = [this] {
+        triggerWidgetDestroyedCallBack(this, mWindow);
+        delete this;
+    };
+    mWindow->registerEventHandlerFunctions(handlers);
+    defineStyle(style);
+    create(mWindow);
+    if (explorer())
+        mWindow->setCentralWidget(explorer());
+    checkTopWindowWH(width, height);
+    mWindow->setGeometry(x, y, width, height);
+    mWindow->setObjectName("qt_zelwave_main_window");
+    zelWaveRegistry().windows.add(mWindow, this);
+    zelWaveRegistry().widgets.printErrors = false;
+    mWindow->setWindowTitle(QString("%1 - %2").arg(getVendorName(), getToolName()));
+    if (style & style_menu_bar)
+        buildMenuBar();
+}
+
+qtZelWaveMainWindow::~qtZelWaveMainWindow() = default;
+
+void qtZelWaveMainWindow::buildMenuBar()
+{
+    QMenu* file = mWindow->menuBar()->addMenu("&File");
+    file->addAction("&Open File...", [this] {
+        QString name = QFileDialog::getOpenFileName(mWindow, "Open Waveform File");
+        if (!name.isEmpty())
+            lockAndExecuteCommand("open_file \"" + name.toStdString() + "\"");
+    });
+    file->addAction("Execute &Command File...", [this] {
+        QString name = QFileDialog::getOpenFileName(mWindow, "Open Command File");
+        if (!name.isEmpty())
+            tryLockAndExecuteCommandFile(name.toStdString());
+    });
+    file->addSeparator();
+    file->addAction("E&xit", QKeySequence::Quit, [this] { mWindow->close(); });
+}
+
+int qtZelWaveMainWindow::controlPanelVirtualExecuteCommand(const std::string& command)
+{
+    if (command.empty())
+        return vx_code_bad_name;
+    return lockAndExecuteCommand(command);
+}
+
+int qtZelWaveMainWindow::closeRequested(bool)
+{
+    // Not now: the command that asks holds the command lock; close once it is done.
+    QMetaObject::invokeMethod(mWindow, &QWidget::close, Qt::QueuedConnection);
+    return 0;
+}
+
+void qtZelWaveMainWindow::showTopLevel(bool show)
+{
+    mWindow->setVisible(show);
+}
+
+void qtZelWaveMainWindow::handleCloseEvent(QCloseEvent* event)
+{
+    if (!checkIsClosing()) {
+        if (!checkIfApplicationCanExit()) {
+            event->ignore();
+            return;
+        }
+        shutDownSocket();
+        setClosing();
+    }
+    zelWaveRegistry().remove(mWindow);
+    cVxScopedTryLock lock(commandMutex());
+    if (lock.checkIsLocked()) {
+        applicationCloses();
+        event->accept();
+    } else {
+        event->ignore();
+        postCloseRetry(mWindow);
+    }
+}
+
+void qtZelWaveMainWindow::handleCustomEvent(QEvent* event)
+{
+    if (event->type() == static_cast<QEvent::Type>(zelWaveWindow::retry_close_event))
+        mWindow->close();
+}
+
+// ---------------------------------------------------------------------------------------------
+qtZelWaveWidget::qtZelWaveWidget(QWidget* parent, int x, int y, int width, int height, int style)
+    : wxZelWaveWidgetWrapper(0, 0, width, height)
+{
+    mWidget = new qtVxWidget(parent);
+    qtVxMainWindow::cHandlers handlers;
+    handlers.close = [this](QCloseEvent* event) { handleCloseEvent(event); };
+    handlers.resize = [this](int w, int h) {
+        if (explorer())
+            explorer()->resize(w, h);
+    };
+    handlers.custom = [this](QEvent* event) {
+        if (event->type() == static_cast<QEvent::Type>(zelWaveWindow::retry_close_event))
+            mWidget->close();
+    };
+    handlers.destroyed = [this] {
+        triggerWidgetDestroyedCallBack(this, mWidget);
+        delete this;
+    };
+    mWidget->registerEventHandlerFunctions(handlers);
+    defineStyle(style & ~style_menu_bar);
+    create(mWidget);
+    if (width > 0 && height > 0)
+        mWidget->setGeometry(x, y, width, height);
+    if (explorer())
+        explorer()->setGeometry(0, 0, mWidget->width(), mWidget->height());
+    mWidget->setObjectName("qt_zelwave_widget");
+    zelWaveRegistry().widgets.add(mWidget, this);
+    zelWaveRegistry().windows.printErrors = false;
+}
+
+qtZelWaveWidget::~qtZelWaveWidget() = default;
+
+int qtZelWaveWidget::controlPanelVirtualExecuteCommand(const std::string& command)
+{
+    if (command.empty())
+        return vx_code_bad_name;
+    return lockAndExecuteCommand(command);
+}
+
+int qtZelWaveWidget::closeRequested(bool)
+{
+    // The host decides what a close request means for its widget.
+    pushNotification({vx_notification_close_button_activated, std::string(), std::string(), 0});
+    return 0;
+}
+
+void qtZelWaveWidget::showTopLevel(bool show)
+{
+    mWidget->setVisible(show);
+}
+
+void qtZelWaveWidget::handleCloseEvent(QCloseEvent* event)
+{
+    if (!checkIsClosing()) {
+        shutDownSocket();
+        setClosing();
+    }
+    zelWaveRegistry().remove(mWidget);
+    cVxScopedTryLock lock(commandMutex());
+    if (lock.checkIsLocked()) {
+        applicationCloses();
+        event->accept();
+    } else {
+        event->ignore();
+        postCloseRetry(mWidget);
+    }
+}
+
+}  // namespace vx3

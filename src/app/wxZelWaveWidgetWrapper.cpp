@@ -1,0 +1,371 @@
+#include "wxZelWaveWidgetWrapper.h"
+
+#include <dlfcn.h>
+#include <limits.h>
+#include <unistd.h>
+
+#include <exception>
+
+#include "base/cVxFilePath.h"
+#include "base/cVxString.h"
+#include "explorer/wxLogSink.h"
+#include "explorer/wxWaveExplorerWidgetImpl.h"
+#include "zelwaveBuildInfo.h"
+
+namespace vx3 {
+
+using namespace waveExplorerAction;
+using namespace zelWaveWidgetWrapper;
+
+int zelWaveControlPanel::cControlPanelVirtual::controlPanelVirtualExecuteCommandInt(const std::string& command,
+                                                                                   long& result)
+{
+    int code = controlPanelVirtualExecuteCommand(command);
+    const auto& results = controlPanelVirtualGetCommandResults();
+    long value = -1;
+    if (results.empty() || !cVxString(results.front()).toLong(value))
+        value = -1;
+    result = value;
+    return code;
+}
+
+int zelWaveControlPanel::cControlPanelVirtual::controlPanelVirtualExecuteCommandStr(const std::string& command,
+                                                                                   std::string& result)
+{
+    int code = controlPanelVirtualExecuteCommand(command);
+    const auto& results = controlPanelVirtualGetCommandResults();
+    result = results.empty() ? std::string() : results.front();
+    return code;
+}
+
+// ---------------------------------------------------------------------------------------------
+wxZelWaveWidgetWrapper::wxZelWaveWidgetWrapper(int x, int y, int width, int height)
+    : mLogger(vxLogger::debug, true),
+      mCommandMutex("zelwrapper"),
+      mThread(this, "zelWaveWidgetWrapper"),
+      mSecondThread(this, "zelWaveWidgetWrapper2"),
+      mSecondThreadMutex("zelwrapper second thread"),
+      mExitMutex("zelwrapper exit"),
+      mX(x),
+      mY(y),
+      mWidth(width),
+      mHeight(height),
+      mCallbackMutex("zelwrapper callbacks"),
+      mNotificationMutex("zelwrapper notifications")
+{
+}
+
+wxZelWaveWidgetWrapper::~wxZelWaveWidgetWrapper()
+{
+    mClosing = true;
+    shutDownSocket();
+    mThread.joinThread();
+    mSecondThread.joinThread();
+    mLogger.setLoggerCallBack(nullptr);
+    // The explorer is a child of the Qt window and goes with it.
+    mExplorer = nullptr;
+}
+
+void wxZelWaveWidgetWrapper::defineStyle(int style)
+{
+    mStyle = style;
+    mConfiguration.nocliMode = (style & style_nocli) != 0;
+    mConfiguration.toolBarStyle = (style & style_tool_bar_permanent) ? waveExplorerConfiguration::tool_bar_permanent
+                                                                     : waveExplorerConfiguration::tool_bar_none;
+    mConfiguration.guiFlagBit4 = (style & style_gui_flag) != 0;
+    mConfiguration.sideBarStyle = (style & style_side_bar) ? 2 : 4;
+    mConfiguration.showMenuBar = (style & style_menu_bar) != 0;
+    mConfiguration.guiFlagBit32 = (style & style_further_flag) != 0;
+    mConfiguration.loadAndSaveConfigFile = (style & style_load_save_config) != 0;
+    if (mConfiguration.loadAndSaveConfigFile)
+        mConfiguration.setConfigFileName(getConfigFileName());
+}
+
+bool wxZelWaveWidgetWrapper::create(QWidget* parent)
+{
+    if (mCreated) {
+        mLogger.errorMsg("ZelWave Widget has already been created.");
+        return false;
+    }
+    mCreated = true;
+    try {
+        mExplorer = new wxWaveExplorerWidgetImpl(parent, mConfiguration, this, mX, mY, mWidth, mHeight);
+        mLogger.setLoggerCallBack(&mExplorer->logSink());
+
+        Dl_info info{};
+        std::string library;
+        if (dladdr(reinterpret_cast<void*>(&convert_vx_return_code_to_string), &info) && info.dli_fname)
+            library = info.dli_fname;
+        char executable[PATH_MAX] = {0};
+        ssize_t length = readlink("/proc/self/exe", executable, sizeof(executable) - 1);
+        if (length > 0)
+            executable[length] = 0;
+        mExecutablePath = library.empty() ? std::string(executable) : library;
+
+        mLogger.infoMsg(std::string("ZelWave Widget starts (") + ZW_BUILD_NUMBER + "-" + ZW_BUILD_TIMESTAMP +
+                        " svn " + ZW_BUILD_REVISION + " toolkit " + mToolKitName + " level " + ZW_BUILD_LEVEL + ")");
+        mExplorer->setBusy(true);
+        mExplorer->setFlagEnableReload(false);
+        mExplorer->startup();
+        mExplorer->setBusy(false);
+        mExplorer->setFlagEnableReload(true);
+        mLogger.disableBuffer();
+        return true;
+    } catch (const std::exception& exception) {
+        mLogger.setLoggerCallBack(nullptr);
+        delete mExplorer;
+        mExplorer = nullptr;
+        mLogger.errorMsg("ZelWave Widget creation failed.");
+        mLogger.errorMsg(exception.what());
+        return false;
+    }
+}
+
+bool wxZelWaveWidgetWrapper::checkIfWeAreInTheMainThread() const
+{
+    return mExplorer && mExplorer->mainThreadIdentifier().compareThreadId();
+}
+
+bool wxZelWaveWidgetWrapper::checkTopWindowWH(int& width, int& height) const
+{
+    int oldWidth = width, oldHeight = height;
+    if (width == -1 && height == -1) {
+        width = mConfiguration.windowWidth;
+        height = mConfiguration.windowHeight;
+    }
+    width = std::max(width, 100);
+    height = std::max(height, 100);
+    return width != oldWidth || height != oldHeight;
+}
+
+void wxZelWaveWidgetWrapper::saveTopLevelWindowDimensions(int width, int height)
+{
+    if (width != mConfiguration.windowWidth || height != mConfiguration.windowHeight) {
+        mConfiguration.windowWidth = width;
+        mConfiguration.windowHeight = height;
+        mConfiguration.setFlagConfigChanged(true);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+int wxZelWaveWidgetWrapper::lockAndExecuteCommand(const std::string& command)
+{
+    cVxScopedTryLock lock(mCommandMutex);
+    if (!lock.checkIsLocked()) {
+        // A background task owns the door: only a few commands may pass.
+        wxWaveExplorerCommand local;
+        cVxLogger scratch;
+        if (!local.parseCommandString(command, scratch))
+            return vx_code_error;
+        if (local.actionType == cmd_get_status)
+            return vx_code_queued;
+        if (local.actionType == cmd_show_control_panel || local.actionType == cmd_show_command_logger) {
+            if (!checkIfWeAreInTheMainThread())
+                return vx_code_error;
+            wxWaveExplorerAction action;
+            action.actionType = local.actionType == cmd_show_control_panel ? explorerCallBack::show_control_panel
+                                                                           : explorerCallBack::show_command_logger;
+            waveExplorerVirtualCallBackAction(action);
+            return vx_code_ok;
+        }
+        return vx_code_error;
+    }
+    if (mClosing)
+        return vx_code_error;
+    if (mTaskRunning)
+        return vx_code_queued;
+    if (mResultPending) {
+        mResultPending = false;
+        if (vxString::to_lower(vxString::trim(command)) == "get_status")
+            return mTaskResult;
+    }
+    mPluginContext.clear();
+    try {
+        return executeCommand(command, true);
+    } catch (...) {
+        return vx_code_error;
+    }
+}
+
+int wxZelWaveWidgetWrapper::executeCommand(const std::string& text, bool useThread)
+{
+    mResults.clear();
+    if (!mExplorer || mClosing)
+        return vx_code_error;
+    std::string rest = vxString::trim(text);
+    if (rest.empty())
+        return vx_code_ok;
+    int result = vx_code_ok;
+    while (!rest.empty()) {
+        bool parsed = mCommand.parseCommandString(rest, mLogger);
+        std::string line = mCommand.text();
+        rest = mCommand.remainder();
+        if (!parsed) {
+            if (!vxString::trim(line).empty() && !mInComment) {
+                mLogger.errorMsg("Interactive Mode: parsing of the command \"" + line + "\" failed.");
+                result = vx_code_error;
+            }
+            continue;
+        }
+        if (mDebugMode && !mInComment)
+            mLogger.infoMsg("Interactive Mode: processing the command \"" + line + "\".");
+        result = executeCommandImpl(rest.empty() ? useThread : false);
+        if (mDebugMode) {
+            if (result == vx_code_ok)
+                mLogger.infoMsg("Interactive Mode: execution succeeded.");
+            else if (result == vx_code_queued)
+                mLogger.infoMsg("Interactive Mode: command was queued.");
+            else
+                mLogger.errorMsg("Interactive Mode: execution failed.");
+        }
+    }
+    return result;
+}
+
+int wxZelWaveWidgetWrapper::translateExplorerResult(int code)
+{
+    switch (code) {
+    case 0:
+        mResults = mCommand.returnValues();
+        return vx_code_ok;
+    case 4: return vx_code_file_not_found;
+    case 27: return vx_code_queued;
+    default: return vx_code_error;
+    }
+}
+
+int wxZelWaveWidgetWrapper::executeCommandImpl(bool useThread)
+{
+    mResults.clear();
+    if (mClosing)
+        return vx_code_error;
+    if (mInComment && mCommand.actionType != cmd_comment_end)
+        return vx_code_ok;
+    int result = vx_code_ok;
+    if (handleWrapperCommand(mCommand, useThread, result))
+        return result;
+    if (mCommand.actionType == cmd_save_curve_style_file)
+        mCommand.setStringArgument(1, getToolName());
+    return translateExplorerResult(mExplorer->executeCommandFromThread(mCommand, useThread));
+}
+
+bool wxZelWaveWidgetWrapper::handleWrapperCommand(wxWaveExplorerCommand& command, bool useThread, int& result)
+{
+    result = vx_code_ok;
+    switch (command.actionType) {
+    case cmd_comment_start: mInComment = true; return true;
+    case cmd_comment_end: mInComment = false; return true;
+    case cmd_debug_mode_on: mDebugMode = true; return true;
+    case cmd_debug_mode_off: mDebugMode = false; return true;
+    case cmd_help: {
+        std::string name, tip, description;
+        const std::string wanted = command.getStringArgument(0);
+        for (int type = cCommandTable::firstCommand(); type < cCommandTable::endOfCommands(); ++type) {
+            if (!cCommandTable::getCmdAndCallTip(type, name, tip) || name.empty())
+                continue;
+            if (wanted.empty()) {
+                mResults.push_back(name + " " + tip);
+            } else if (name == wanted) {
+                mResults.push_back(name + " " + tip);
+                if (cCommandTable::getCmdDescription(type, description))
+                    mResults.push_back(description);
+                break;
+            }
+        }
+        result = mResults.empty() ? vx_code_error : vx_code_ok;
+        return true;
+    }
+    case cmd_execute_command_file:
+    case cmd_restore_session_file:
+        result = executeCommandFileStartThread(command.computeAbsoluteFileName(command.getStringArgument(0)), useThread);
+        return true;
+    case cmd_start_interactive_socket: {
+        unsigned port = 0;
+        if (!cVxString(command.getStringArgument(1)).toUint(port)) {
+            mLogger.warnMsg("Interactive Mode: bad 2nd argument.");
+            result = vx_code_error;
+            return true;
+        }
+        result = executeSocketStartThread(command.getStringArgument(0), port, useThread);
+        return true;
+    }
+    case cmd_shut_down_interactive_socket: shutDownSocket(); return true;
+    case cmd_check_instance_identifier: {
+        uint64_t identifier = 0;
+        bool ok = cVxString(command.getStringArgument(0)).toUint64(identifier);
+        result = ok && identifier == mConfiguration.getInstanceIdentifier() ? vx_code_ok : vx_code_error;
+        return true;
+    }
+    case cmd_set_flag_is_top_window: mIsTopWindow = command.getStringArgument(0) != "0"; return true;
+    case cmd_set_working_directory: {
+        std::string directory = cVxFilePath::evaluateSystemVariables(command.getStringArgument(0), &mLogger);
+        if (directory.empty() || chdir(directory.c_str()) != 0) {
+            mLogger.errorMsg("Could not change the working directory to \"" + directory + "\".");
+            result = vx_code_error;
+        }
+        return true;
+    }
+    case cmd_understood_without_action: result = vx_code_error; return true;
+    default: return false;
+    }
+}
+
+std::string wxZelWaveWidgetWrapper::getCommandResultsAsString() const
+{
+    return mResults.empty() ? std::string() : mResults.front();
+}
+
+long wxZelWaveWidgetWrapper::getCommandResultsAsInteger() const
+{
+    long value = -1;
+    if (mResults.empty() || !cVxString(mResults.front()).toLong(value))
+        return -1;
+    return value;
+}
+
+const char** wxZelWaveWidgetWrapper::getCommandResultsAsCStrings()
+{
+    if (mResults.empty())
+        return nullptr;
+    mResultPointers.clear();
+    for (const auto& result : mResults)
+        mResultPointers.push_back(result.c_str());
+    mResultPointers.push_back(nullptr);
+    return mResultPointers.data();
+}
+
+int wxZelWaveWidgetWrapper::waveExplorerVirtualCallBackAction(wxWaveExplorerAction& action)
+{
+    switch (action.actionType) {
+    case explorerCallBack::close_requested:
+        return closeRequested(action.getStringArgument(0) == "1");
+    case cmd_show: showTopLevel(true); return 0;
+    case cmd_hide: showTopLevel(false); return 0;
+    case explorerCallBack::file_opened:
+        pushNotification({vx_notification_file_opened, action.getStringArgument(0), std::string(), 0});
+        return 0;
+    case explorerCallBack::file_closed:
+        pushNotification({vx_notification_file_closed, action.getStringArgument(0), std::string(), 0});
+        return 0;
+    case explorerCallBack::all_files_closed:
+        pushNotification({vx_notification_all_files_closed, std::string(), std::string(), 0});
+        return 0;
+    default:
+        return 3;
+    }
+}
+
+void wxZelWaveWidgetWrapper::applicationCloses()
+{
+    mLogger.setLoggerCallBack(nullptr);
+    if (mExplorer)
+        mExplorer->applicationCloses();
+}
+
+bool wxZelWaveWidgetWrapper::checkIfApplicationCanExit()
+{
+    // Nothing can be unsaved yet: computed curves and sessions come with the plot pages.
+    return true;
+}
+
+}  // namespace vx3

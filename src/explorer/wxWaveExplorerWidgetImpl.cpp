@@ -1,0 +1,244 @@
+#include "wxWaveExplorerWidgetImpl.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "app/core/cStoreCommands.h"
+#include "app/core/wxWaveExplorerConfiguration.h"
+#include "model/cCurvePlotDataFile.h"
+#include "wxLogSink.h"
+#include "wxWaveExplorerWidgetVirtual.h"
+
+namespace vx3 {
+
+using namespace waveExplorerAction;
+
+namespace {
+constexpr int kBridgePending = 18;    // the result field's "not yet performed"
+constexpr size_t kShownCurvesPerSection = 2000;
+
+class cExecuteCommandEvent : public QEvent {
+public:
+    cExecuteCommandEvent() : QEvent(static_cast<QEvent::Type>(waveExplorerEvent::execute_command)) {}
+};
+}  // namespace
+
+wxWaveExplorerWidgetImpl::wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplorerConfiguration& configuration,
+                                                   wxWaveExplorerWidgetVirtual* owner, int x, int y, int width,
+                                                   int height)
+    : QWidget(parent),
+      mConfiguration(configuration),
+      mOwner(owner),
+      mStore(std::make_unique<cCurvePlotDataFile>()),
+      mLogSink(std::make_unique<wxLogSink>()),
+      mLogger(vxLogger::debug),
+      mBridgeMutex("explorer bridge")
+{
+    setObjectName("wave_explorer");
+    mLogger.setLoggerCallBack(mLogSink.get());
+    buildWidgets();
+    if (width > 0 && height > 0)
+        setGeometry(x, y, width, height);
+    connect(mLogSink.get(), &wxLogSink::messageLogged, this, &wxWaveExplorerWidgetImpl::appendLogLine,
+            Qt::QueuedConnection);
+    connect(mLogSink.get(), &wxLogSink::progressLogged, this,
+            [this](const QString& text, int percent) {
+                mProgress->setVisible(percent < 100);
+                mProgress->setValue(percent);
+                mProgress->setFormat(text + " %p%");
+            },
+            Qt::QueuedConnection);
+    mNotificationTimer = new QTimer(this);
+    mNotificationTimer->setSingleShot(true);
+    mNotificationTimer->setInterval(0);
+    connect(mNotificationTimer, &QTimer::timeout, this, [this] {
+        if (mOwner)
+            mOwner->waveExplorerVirtualHandleNotifications();
+    });
+}
+
+wxWaveExplorerWidgetImpl::~wxWaveExplorerWidgetImpl() { mLogger.setLoggerCallBack(nullptr); }
+
+void wxWaveExplorerWidgetImpl::buildWidgets()
+{
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(2, 2, 2, 2);
+    auto* vertical = new QSplitter(Qt::Vertical, this);
+    auto* horizontal = new QSplitter(Qt::Horizontal, vertical);
+
+    mBrowser = new QTreeWidget(horizontal);
+    mBrowser->setObjectName("curve_browser");
+    mBrowser->setHeaderLabels({"Name", "Unit", "Points"});
+    mBrowser->header()->setStretchLastSection(false);
+    mBrowser->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+
+    mPlotArea = new QLabel(horizontal);
+    mPlotArea->setObjectName("plot_area");
+    mPlotArea->setAlignment(Qt::AlignCenter);
+    mPlotArea->setText("No plot yet.\nOpen a file or add curves with commands.");
+    mPlotArea->setFrameShape(QFrame::StyledPanel);
+    horizontal->addWidget(mBrowser);
+    horizontal->addWidget(mPlotArea);
+    horizontal->setStretchFactor(0, 1);
+    horizontal->setStretchFactor(1, 3);
+
+    mLogPane = new QPlainTextEdit(vertical);
+    mLogPane->setObjectName("log_pane");
+    mLogPane->setReadOnly(true);
+    mLogPane->setMaximumBlockCount(10000);
+    vertical->addWidget(horizontal);
+    vertical->addWidget(mLogPane);
+    vertical->setStretchFactor(0, 4);
+    vertical->setStretchFactor(1, 1);
+
+    mStatusBar = new QStatusBar(this);
+    mProgress = new QProgressBar(mStatusBar);
+    mProgress->setMaximumWidth(240);
+    mProgress->setVisible(false);
+    mStatusBar->addPermanentWidget(mProgress);
+    layout->addWidget(vertical, 1);
+    layout->addWidget(mStatusBar);
+}
+
+void wxWaveExplorerWidgetImpl::startup()
+{
+    mMainThread.reset();
+    refreshBrowser();
+}
+
+void wxWaveExplorerWidgetImpl::applicationCloses()
+{
+    mLogger.setLoggerCallBack(nullptr);
+    mNotificationTimer->stop();
+}
+
+void wxWaveExplorerWidgetImpl::startNotificationTimer()
+{
+    QMetaObject::invokeMethod(mNotificationTimer, qOverload<>(&QTimer::start), Qt::QueuedConnection);
+}
+
+void wxWaveExplorerWidgetImpl::showStatusBarMessage(unsigned severity, const std::string& text)
+{
+    mLogger.sendMsg(severity, text);
+}
+
+bool wxWaveExplorerWidgetImpl::getWidgetInfo(unsigned request, void*, void*& result, int& result1, int& result2)
+{
+    switch (request) {
+    case 1: result = mBrowser; return true;
+    case 2: result = nullptr; return true;  // the tool bar joins with the plot pages
+    case 3: result1 = 0; result2 = 0; return true;
+    case 6: return true;
+    case 7: result = mStatusBar; return true;
+    case 8: result = mBrowser; return true;
+    case 9: result = mPlotArea; return true;
+    case 10: result = mLogPane; return true;
+    default: return false;
+    }
+}
+
+void wxWaveExplorerWidgetImpl::appendLogLine(unsigned severity, const QString& text)
+{
+    QString line = QString::fromLatin1(vxLogger::severityTag(severity)).trimmed() + " " + text;
+    mLogPane->appendPlainText(line);
+    mStatusBar->showMessage(text, 10000);
+    if (mOwner)
+        mOwner->waveExplorerVirtualStatusBarMessage(severity, text.toStdString());
+}
+
+int wxWaveExplorerWidgetImpl::executeCommandFromThread(wxWaveExplorerCommand& command, bool useThread)
+{
+    if (mMainThread.compareThreadId())
+        return executeCommandFromThreadImpl(command, useThread);
+
+    cVxScopedLock lock(mBridgeMutex);
+    mBridgeCommand = command;
+    mBridgeResult = kBridgePending;
+    mBridgeUseThread = useThread;
+    QCoreApplication::postEvent(this, new cExecuteCommandEvent());
+    while (mBridgeResult == kBridgePending)
+        mBridgeCondition.waitForCondition(lock);
+    command = mBridgeCommand;
+    return mBridgeResult;
+}
+
+bool wxWaveExplorerWidgetImpl::event(QEvent* event)
+{
+    if (event->type() == static_cast<QEvent::Type>(waveExplorerEvent::execute_command)) {
+        cVxScopedLock lock(mBridgeMutex);
+        int result = executeCommandFromThreadImpl(mBridgeCommand, mBridgeUseThread);
+        if (result == kBridgePending)
+            result = 3;  // the waiter must not take a real 18 for "still pending"
+        mBridgeResult = result;
+        mBridgeCondition.notifyOne();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+int wxWaveExplorerWidgetImpl::executeCommandFromThreadImpl(wxWaveExplorerCommand& command, bool useThread)
+{
+    if (command.actionType == cmd_get_status)
+        return mLastResult;
+    int result = performCommand(command, useThread);
+    mLastResult = result;
+    if (mStoreChanged)
+        refreshBrowser();
+    return result;
+}
+
+int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, bool)
+{
+    switch (command.actionType) {
+    case cmd_comment:
+    case cmd_reading_command_file_start:
+    case cmd_reading_command_file_end:
+        return 0;
+    case cmd_close:
+    case cmd_show:
+    case cmd_hide: {
+        wxWaveExplorerAction action;
+        action.actionType = command.actionType == cmd_close ? explorerCallBack::close_requested : command.actionType;
+        action.pushStringArguments(command.getStringArgument(0));
+        return mOwner ? mOwner->waveExplorerVirtualCallBackAction(action) : 3;
+    }
+    default:
+        break;
+    }
+    int result = cStoreCommands::perform(command, *mStore, mLogger);
+    if (result != cStoreCommands::not_a_store_command) {
+        mStoreChanged = true;
+        return result;
+    }
+    mLogger.warnMsg("The command \"" + command.word() + "\" was not performed: this version has no performer for it.");
+    return 3;
+}
+
+void wxWaveExplorerWidgetImpl::refreshBrowser()
+{
+    mStoreChanged = false;
+    mBrowser->clear();
+    cStoreCommands::cBrowserRows rows = cStoreCommands::listForBrowser(*mStore, kShownCurvesPerSection);
+    for (const auto& section : rows) {
+        auto* sectionItem = new QTreeWidgetItem(mBrowser, {QString::fromStdString(section.name), QString(),
+                                                           QString::number(section.count)});
+        for (const auto& curve : section.curves)
+            new QTreeWidgetItem(sectionItem, {QString::fromStdString(curve.name), QString::fromStdString(curve.unit),
+                                              QString::number(curve.count)});
+        if (section.hiddenCurves > 0)
+            new QTreeWidgetItem(sectionItem, {QString("... %1 more").arg(section.hiddenCurves)});
+    }
+    mBrowser->expandToDepth(0);
+}
+
+}  // namespace vx3

@@ -1,0 +1,99 @@
+// The explorer: owns the store of curves and performs every command that reaches it. This
+// first form shows the store in a simple tree and a log pane; plots join it later.
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+#include <string>
+
+#include "app/core/wxWaveExplorerCommand.h"
+#include "base/cVxLogger.h"
+#include "base/cVxThread.h"
+
+class QLabel;
+class QPlainTextEdit;
+class QProgressBar;
+class QStatusBar;
+class QTimer;
+class QTreeWidget;
+
+namespace vx3 {
+
+class cCurvePlotDataFile;
+class wxLogSink;
+class wxWaveExplorerConfiguration;
+class wxWaveExplorerWidgetVirtual;
+
+namespace waveExplorerEvent {
+enum : int {
+    execute_command = 2274  // a background thread hands over a command
+};
+}
+
+class wxWaveExplorerWidgetImpl : public QWidget {
+    Q_OBJECT
+public:
+    wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplorerConfiguration& configuration,
+                             wxWaveExplorerWidgetVirtual* owner, int x, int y, int width, int height);
+    ~wxWaveExplorerWidgetImpl() override;
+
+    cCurvePlotDataFile& store() { return *mStore; }
+    wxLogSink& logSink() { return *mLogSink; }
+    cVxLogger& logger() { return mLogger; }
+    const cVxThreadIdentifier& mainThreadIdentifier() const { return mMainThread; }
+
+    void startup();
+    void applicationCloses();
+    void setBusy(bool busy) { mBusy = busy; }
+    bool checkIsBusy() const { return mBusy; }
+    void setFlagEnableReload(bool flag) { mReloadEnabled = flag; }
+
+    // The door for commands from any thread: another thread's command crosses to the main thread.
+    int executeCommandFromThread(wxWaveExplorerCommand& command, bool useThread);
+    int executeCommandFromThreadImpl(wxWaveExplorerCommand& command, bool useThread);
+
+    // Safe from any thread: the owner's notifications are handled on the main thread soon.
+    void startNotificationTimer();
+    void showStatusBarMessage(unsigned severity, const std::string& text);
+    // The parts that a host may place itself: 1 side bar, 2 tool bar, 3 tool bar size,
+    // 6 side bar command, 7 status bar, 8..10 the three panes.
+    bool getWidgetInfo(unsigned request, void* argument, void*& result, int& result1, int& result2);
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    int performCommand(wxWaveExplorerCommand& command, bool useThread);
+    void buildWidgets();
+    void refreshBrowser();
+    void appendLogLine(unsigned severity, const QString& text);
+
+    wxWaveExplorerConfiguration& mConfiguration;
+    wxWaveExplorerWidgetVirtual* mOwner;
+    std::unique_ptr<cCurvePlotDataFile> mStore;
+    std::unique_ptr<wxLogSink> mLogSink;
+    cVxLogger mLogger;
+    cVxThreadIdentifier mMainThread;
+
+    // the bridge of threads
+    cVxMutex mBridgeMutex;
+    cVxCondition mBridgeCondition;
+    wxWaveExplorerCommand mBridgeCommand;
+    int mBridgeResult = 0;
+    bool mBridgeUseThread = false;
+
+    int mLastResult = 0;
+    bool mBusy = false;
+    bool mReloadEnabled = true;
+    bool mStoreChanged = true;
+
+    QTreeWidget* mBrowser = nullptr;
+    QPlainTextEdit* mLogPane = nullptr;
+    QStatusBar* mStatusBar = nullptr;
+    QProgressBar* mProgress = nullptr;
+    QLabel* mPlotArea = nullptr;
+    QTimer* mNotificationTimer = nullptr;
+};
+
+}  // namespace vx3

@@ -1,0 +1,189 @@
+// One curve of a section, and the sweep (x-axis) variables of a section.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/cCurveDbSupport.h"
+#include "model/cCurvePlotData.h"
+#include "model/cCurvePlotDataType.h"
+#include "model/cDataVectors.h"
+
+namespace vx3 {
+
+class cCurvePlotDataSection;
+class cAlgebraicCurve;
+
+namespace curvePlotVariable {
+enum state : int { normal = 0, must_close = 1, reloaded = 2 };
+
+// Cached extremes and the value index at which each was found.
+struct cMinMaxCache {
+    double miny = 0, maxy = 0, realMiny = 0, realMaxy = 0, imagMiny = 0, imagMaxy = 0, minx = 0, maxx = 0;
+    uint64_t minyIndex = 0, maxyIndex = 0, realMinyIndex = 0, realMaxyIndex = 0;
+    uint64_t imagMinyIndex = 0, imagMaxyIndex = 0, minxIndex = 0, maxxIndex = 0;
+    bool initialized = false;
+};
+// Fields that few curves use, kept out of line: a section may hold millions of curves.
+struct cVariableExtras {
+    std::vector<std::string> fieldNames;
+    std::vector<uint64_t> fieldIndices;
+    std::shared_ptr<cAlgebraicCurve> algebraicCurve;
+    cMinMaxCache minMax;
+};
+
+// An owning pointer that copies its object along, created on first write.
+template <typename T>
+class cLazyCopy {
+public:
+    cLazyCopy() = default;
+    cLazyCopy(const cLazyCopy& other) : mObject(other.mObject ? std::make_unique<T>(*other.mObject) : nullptr) {}
+    cLazyCopy& operator=(const cLazyCopy& other)
+    {
+        if (this != &other)
+            mObject = other.mObject ? std::make_unique<T>(*other.mObject) : nullptr;
+        return *this;
+    }
+    cLazyCopy(cLazyCopy&&) noexcept = default;
+    cLazyCopy& operator=(cLazyCopy&&) noexcept = default;
+
+    T& write()
+    {
+        if (!mObject)
+            mObject = std::make_unique<T>();
+        return *mObject;
+    }
+    const T& read() const
+    {
+        static const T empty{};
+        return mObject ? *mObject : empty;
+    }
+    const T* peek() const { return mObject.get(); }
+
+private:
+    std::unique_ptr<T> mObject;
+};
+}  // namespace curvePlotVariable
+
+class cCurvePlotVariable : public cCurveDbSupport, public cCurvePlotData {
+public:
+    static constexpr uint64_t npos = std::numeric_limits<uint64_t>::max();
+
+    cCurvePlotVariable() = default;
+    cCurvePlotVariable(const cCurvePlotDataType* type, const std::string& name) : mType(type), mName(name) {}
+
+    // Type
+    const cCurvePlotDataType* getType() const { return mType; }
+    void setType(const cCurvePlotDataType* type) { mType = type; }
+    unsigned getDataType() const { return mType ? static_cast<unsigned>(mType->getDataType()) : 0u; }
+    unsigned getUnitIdentifier() const { return mType ? static_cast<unsigned>(mType->getUnit()) : 0u; }
+    uint64_t getTypeIndex() const { return mType ? mType->getTypeIndex() : 0u; }
+    const cCurvePlotDataType* getXAxisType() const { return mXAxisType; }
+    void setXAxisType(const cCurvePlotDataType* type) { mXAxisType = type; }
+    std::string getVariableKindAsString() const;
+    std::string getUnitName() const;
+    std::string getUnitStr() const;
+    // Unit of the curve's own x vector, or of the section's x-axis sweep variable.
+    std::string getXUnitStr(const cCurvePlotDataSection& section) const;
+
+    // Names. Renaming goes through the section, which keeps its lookup index.
+    const std::string& name() const { return mName; }
+    std::string getStrippedNameCaseSensitive() const { return stripName(mName); }
+    std::string getStrippedNameLowerCase() const;
+    // Without a trailing "#branch" and the wrapper of an access function: "v(out)" -> "out".
+    static std::string stripName(std::string_view name);
+    curvePlotDataType::dataUnit guessUnitFromName() const;
+
+    // "name - sweep=value, ... vs x" for a cut; the plain name with fewer than 2 sweeps.
+    std::string getCompleteName(const cCurvePlotDataSection& section, const std::vector<uint64_t>& sweepIndices) const;
+    std::string getSweepMatrixCutName(const cCurvePlotDataSection& section, const std::vector<uint64_t>& permutation,
+                                      const std::vector<uint64_t>& sweepIndices) const;
+    // Multi-line tool tip.
+    std::string computeFullCurveInfoStr(const cCurvePlotDataSection& section,
+                                        const std::vector<uint64_t>& sweepIndices) const;
+
+    // Derivation: a variable computed from another one of the same section.
+    void defineDerivation(unsigned conversion, uint64_t sourceIndex, uint64_t secondIndex = npos);
+    bool checkIsDerived() const { return mDerivedConversion != 0; }
+    unsigned getDerivedConversion() const { return mDerivedConversion; }
+    uint64_t getDerivationSourceIndex() const { return mDerivationSource; }
+    uint64_t getDerivationSecondIndex() const { return mDerivationSecond; }
+
+    // Structured variables: field names and indices.
+    std::vector<std::string>& fieldNames() { return mExtras.write().fieldNames; }
+    const std::vector<std::string>& fieldNames() const { return mExtras.read().fieldNames; }
+    std::vector<uint64_t>& fieldIndices() { return mExtras.write().fieldIndices; }
+    const std::vector<uint64_t>& fieldIndices() const { return mExtras.read().fieldIndices; }
+
+    void defineAlgebraicCurve(std::shared_ptr<cAlgebraicCurve> curve) { mExtras.write().algebraicCurve = std::move(curve); }
+    cAlgebraicCurve* getAlgebraicCurve() const { return mExtras.peek() ? mExtras.peek()->algebraicCurve.get() : nullptr; }
+    bool checkIsAlgebraicCurve() const { return getAlgebraicCurve() != nullptr; }
+
+    // Values in memory
+    bool setDoubleValues(const double* values, uint64_t count);
+    bool setDoubleComplexValues(const std::complex<double>* values, uint64_t count);
+    bool setParameterizedDoubleValues(const double* xs, const double* ys, uint64_t count);
+    // NaN when the index is out of range or the storage isn't a real or complex double vector.
+    double getDoubleValue(uint64_t index) const;
+    bool computeDataVectors(const cCurvePlotDataSection& section, curvePlotFunctionArgs::cDataVectors& vectors) const;
+
+    const curvePlotVariable::cMinMaxCache& getMinMax() const { return mExtras.read().minMax; }
+    void resetMinMaxInitialized()
+    {
+        if (mExtras.peek())
+            mExtras.write().minMax.initialized = false;
+    }
+    // From the values in memory; false when there are none of a supported type.
+    bool computeMinMaxValues();
+    bool getMinMaxYValues(double& min, double& max) const;
+    unsigned getMonotony() const { return mMonotony; }
+    void setMonotony(unsigned monotony) { mMonotony = monotony; }
+
+    // State
+    void setFlagMustClose(bool flag) { mState = flag ? curvePlotVariable::must_close : curvePlotVariable::normal; }
+    bool checkMustClose() const { return mState == curvePlotVariable::must_close; }
+    void setFlagReloaded() { mState = curvePlotVariable::reloaded; }
+    bool checkWasReloaded() const { return mState == curvePlotVariable::reloaded; }
+    int getState() const { return mState; }
+
+private:
+    friend class cCurvePlotDataSection;
+    void setName(const std::string& name) { mName = name; }
+
+    const cCurvePlotDataType* mType = nullptr;
+    std::string mName;
+    unsigned mDerivedConversion = 0;
+    uint64_t mDerivationSource = npos;
+    uint64_t mDerivationSecond = npos;
+    const cCurvePlotDataType* mXAxisType = nullptr;
+    curvePlotVariable::cLazyCopy<curvePlotVariable::cVariableExtras> mExtras;
+    unsigned mMonotony = 0;
+    int mState = curvePlotVariable::normal;
+};
+
+class cCurvePlotSweepVariable : public cCurvePlotVariable {
+public:
+    cCurvePlotSweepVariable() = default;
+    cCurvePlotSweepVariable(const cCurvePlotDataType* type, const std::string& name, int position)
+        : cCurvePlotVariable(type, name), mPosition(position) {}
+
+    int getPosition() const { return mPosition; }
+    void setPosition(int position) { mPosition = position; }
+    bool isIdentical(const cCurvePlotDataType* type, const std::string& name, int position) const
+    {
+        return getType() == type && this->name() == name && mPosition == position;
+    }
+    bool isIdentical(const cCurvePlotSweepVariable& other) const
+    {
+        return isIdentical(other.getType(), other.name(), other.mPosition);
+    }
+
+private:
+    int mPosition = 0;
+};
+
+}  // namespace vx3

@@ -1,0 +1,104 @@
+// One open file (or the calculator's tool box): names, format and the state shared by its curves.
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "model/fileDbType.h"
+
+namespace vx3 {
+
+namespace fileDbSupport {
+// A piece of a result that is spread over several files.
+struct cPartialFile {
+    std::string fileName;
+    time_t lastWriteTime = 0;
+    uint64_t size = 0;
+};
+}  // namespace fileDbSupport
+
+class cFileDbSupport {
+public:
+    cFileDbSupport() = default;
+    cFileDbSupport(const std::string& fileName, unsigned type, uint64_t id);
+
+    uint64_t getId() const { return mId; }
+    unsigned getDbType() const { return mType; }
+    void initDbSupport(unsigned type) { mType = type; }
+    const char* getDbTypeAsSting() const { return fileDbSupport::getDbTypeAsSting(mType); }
+
+    // Names: the whole path, its last component, and the unique short name of the browser.
+    void defineFileNames(const std::string& fileName);
+    void setFileName(const std::string& fileName) { defineFileNames(fileName); }
+    const std::string& fileName() const { return mFileName; }
+    const std::string& baseName() const { return mBaseName; }
+    const std::string& shortUniqueName() const { return mShortUniqueName; }
+    // Distinguishes files of the same base name by " (n)"; 0 removes it.
+    void setFileIndex(unsigned index);
+    unsigned getFileIndex() const { return mFileIndex; }
+
+    // File state at parsing time, compared on reload.
+    uint64_t getFileSize() const { return mFileSize; }
+    time_t getLastWriteTime() const { return mLastWriteTime; }
+    void setFileSizeAndTime(uint64_t size, time_t time)
+    {
+        mFileSize = size;
+        mLastWriteTime = time;
+    }
+    void addPartialFile(const fileDbSupport::cPartialFile& file) { mPartialFiles.push_back(file); }
+    const std::vector<fileDbSupport::cPartialFile>& getPartialFiles() const { return mPartialFiles; }
+
+    unsigned getMaxStepIndex() const { return mMaxStepIndex; }
+    // Only raises the stored value.
+    void setMaxStepIndex(unsigned index)
+    {
+        if (index > mMaxStepIndex)
+            mMaxStepIndex = index;
+    }
+
+    void setFlagMustClose(bool flag) { mMustClose = flag; }
+    bool checkMustClose() const { return mMustClose; }
+    void setPersistent(bool flag) { mPersistent = flag; }
+    bool checkIsPersistentFile() const { return mPersistent; }
+
+    bool checkIsToolbox() const { return fileDbSupport::checkIsToolbox(mType); }
+    bool checkDbSupportActive() const { return fileDbSupport::checkDbSupportActive(mType); }
+    bool checkIsBigEndian() const { return fileDbSupport::checkIsBigEndian(mType); }
+    bool checkSectionNamesAreUniqueByConstruction() const
+    {
+        return fileDbSupport::checkSectionNamesAreUniqueByConstruction(mType);
+    }
+    bool checkSupportsParallelCurveDataAccess() const
+    {
+        return fileDbSupport::checkSupportsParallelCurveDataAccess(mType);
+    }
+    bool checkHandlesFailSaveReload() const
+    {
+        return fileDbSupport::checkHandlesFailSaveReload(mType, !mFileName.empty());
+    }
+
+    // Spice netlist whose equivalent nets belong to this file; "" when none.
+    const std::string& getEquivalentNetsSpiceFile() const { return mEquivalentNetsSpiceFile; }
+    void setEquivalentNetsSpiceFile(const std::string& name) { mEquivalentNetsSpiceFile = name; }
+
+private:
+    void updateShortName();
+
+    unsigned mType = fileDbSupport::undefined_db;
+    uint64_t mId = 0;
+    std::string mFileName;
+    std::string mBaseName;
+    std::string mShortUniqueName;
+    unsigned mFileIndex = 0;
+    uint64_t mFileSize = 0;
+    time_t mLastWriteTime = 0;
+    std::vector<fileDbSupport::cPartialFile> mPartialFiles;
+    unsigned mMaxStepIndex = 0;
+    bool mMustClose = false;
+    bool mPersistent = true;
+    std::string mEquivalentNetsSpiceFile;
+};
+
+}  // namespace vx3

@@ -1,0 +1,55 @@
+// A main window that hands its events to functions registered by its owner, so that the
+// owner need not derive from a Qt class.
+#pragma once
+
+#include <QMainWindow>
+
+#include <functional>
+
+namespace vx3 {
+
+class qtVxMainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    struct cHandlers {
+        std::function<void(QCloseEvent*)> close;
+        std::function<void()> show;
+        std::function<void(int, int)> resize;
+        std::function<void(QEvent*)> custom;  // events of user types
+        std::function<void()> destroyed;
+    };
+    explicit qtVxMainWindow(QWidget* parent = nullptr) : QMainWindow(parent) {}
+    ~qtVxMainWindow() override;
+    void registerEventHandlerFunctions(const cHandlers& handlers) { mHandlers = handlers; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void customEvent(QEvent* event) override;
+
+private:
+    cHandlers mHandlers;
+};
+
+// The same for a plain widget that a host embeds.
+class qtVxWidget : public QWidget {
+    Q_OBJECT
+public:
+    explicit qtVxWidget(QWidget* parent = nullptr) : QWidget(parent) {}
+    ~qtVxWidget() override;
+    void registerEventHandlerFunctions(const qtVxMainWindow::cHandlers& handlers) { mHandlers = handlers; }
+    QSize sizeHint() const override { return QSize(1000, 1000); }
+    QSize minimumSizeHint() const override { return QSize(100, 100); }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void customEvent(QEvent* event) override;
+
+private:
+    qtVxMainWindow::cHandlers mHandlers;
+};
+
+}  // namespace vx3

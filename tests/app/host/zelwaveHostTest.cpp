@@ -1,0 +1,163 @@
+// A host application: it owns the QApplication and drives the viewer through the C interface only.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QWidget>
+
+#include <atomic>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#include "zelwave.h"
+
+namespace {
+
+void processEventsFor(int milliseconds)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < milliseconds)
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+}
+
+std::vector<std::string> results(void* handle)
+{
+    std::vector<std::string> list;
+    const char** strings = qt_zelwave_get_command_result(handle);
+    for (; strings && *strings; ++strings)
+        list.emplace_back(*strings);
+    return list;
+}
+
+struct cNotifications {
+    std::vector<long> types;
+};
+
+int onNotification(void* user, const _vx_zelwave_callback_notification_type* notification)
+{
+    static_cast<cNotifications*>(user)->types.push_back(notification->type);
+    return 1;
+}
+
+}  // namespace
+
+TEST(zelwaveHost, CodesAndTheirTexts)
+{
+    EXPECT_STREQ(convert_vx_return_code_to_string(0), "OK");
+    EXPECT_STREQ(convert_vx_return_code_to_string(6), "BAD NAME");
+    EXPECT_STREQ(convert_vx_return_code_to_string(11), "QUEUED");
+    EXPECT_STREQ(convert_vx_return_code_to_string(12), "BAD POINTER");
+    EXPECT_STREQ(convert_vx_return_code_to_string(13), "THREAD ERROR");
+    EXPECT_STREQ(convert_vx_return_code_to_string(14), "INTERRUPTED");
+    EXPECT_STREQ(convert_vx_return_code_to_string(4), "-");
+    EXPECT_STREQ(convert_vx_return_code_to_string(15), "-");
+    EXPECT_STREQ(convert_vx_return_code_to_string(-1), "-");
+
+    int unknown = 0;
+    EXPECT_EQ(qt_zelwave_execute_command(&unknown, "get_status"), vx_code_bad_pointer);
+    EXPECT_EQ(qt_zelwave_get_command_result(&unknown), nullptr);
+    EXPECT_EQ(qt_zelwave_register_callback(&unknown, nullptr), vx_code_bad_pointer);
+}
+
+TEST(zelwaveHost, CommandsThroughTheHandle)
+{
+    void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, -1, 50, 0);
+    ASSERT_NE(handle, nullptr);
+    QWidget* window = static_cast<QWidget*>(handle);
+    EXPECT_EQ(window->width(), 100);
+    EXPECT_EQ(window->height(), 100);
+
+    EXPECT_EQ(qt_zelwave_execute_command(handle, nullptr), vx_code_bad_name);
+    EXPECT_EQ(qt_zelwave_execute_command(handle, ""), vx_code_bad_name);
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "   "), vx_code_ok);
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "no_such_command"), vx_code_error);
+
+    // Two lines: both run, the results are those of the second.
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "add_section host_a\nget_number_of_sections"), vx_code_ok);
+    EXPECT_EQ(results(handle), std::vector<std::string>{"1"});
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "help get_status"), vx_code_ok);
+    std::vector<std::string> help = results(handle);
+    ASSERT_EQ(help.size(), 2u);
+    EXPECT_EQ(help[0], "get_status ");
+    EXPECT_NE(help[1].find("vx_code_queued"), std::string::npos);
+
+    // Another thread's command waits in the bridge for this (main) thread; meanwhile the
+    // interface is busy for everybody else.
+    std::atomic<int> threadResult{-1};
+    std::thread other([&] { threadResult = qt_zelwave_execute_command(handle, "get_number_of_sections"); });
+    int busy = -1;
+    for (int attempt = 0; attempt < 400 && busy != vx_code_thread_error; ++attempt) {
+        usleep(25000);
+        busy = qt_zelwave_execute_command(handle, "get_status");
+    }
+    EXPECT_EQ(busy, vx_code_thread_error);
+    while (threadResult == -1)
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    other.join();
+    EXPECT_EQ(threadResult, vx_code_ok);
+    EXPECT_EQ(results(handle), std::vector<std::string>{"1"});
+
+    window->close();
+    processEventsFor(50);
+}
+
+TEST(zelwaveHost, GetStatusWhileACommandFileRunsInTheBackground)
+{
+    void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
+    ASSERT_NE(handle, nullptr);
+    char pattern[] = "/tmp/zelwave-host-XXXXXX";
+    std::string dir = mkdtemp(pattern);
+    std::ofstream(dir + "/work.cmd") << "add_section bg\nnot_a_command\nget_number_of_sections\n";
+
+    EXPECT_EQ(qt_zelwave_execute_command(handle, ("execute_command_file \"" + dir + "/work.cmd\"").c_str()),
+              vx_code_queued);
+    // The file needs this thread for each of its commands: until then the door says "queued".
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "get_status"), vx_code_queued);
+    // Refused: 11 before the thread took the lock, 1 after; either way nothing is added.
+    int refused = qt_zelwave_execute_command(handle, "add_section x");
+    EXPECT_TRUE(refused == vx_code_queued || refused == vx_code_error) << refused;
+    int status = vx_code_queued;
+    for (int i = 0; i < 2000 && status == vx_code_queued; ++i) {
+        QApplication::processEvents(QEventLoop::AllEvents, 5);
+        status = qt_zelwave_execute_command(handle, "get_status");
+    }
+    EXPECT_EQ(status, vx_code_error) << "the first get_status after the end gives the file's result";
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "get_status"), vx_code_ok)
+        << "a second one is a plain command: the last command the explorer performed succeeded";
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "get_number_of_sections"), vx_code_ok);
+    EXPECT_EQ(results(handle), std::vector<std::string>{"1"});
+    static_cast<QWidget*>(handle)->close();
+    processEventsFor(50);
+}
+
+TEST(zelwaveHost, EmbeddedWidgetReportsCloseRequestsToTheHost)
+{
+    QWidget host;
+    void* handle = qt_zelwave_create_widget(&host, 0, 0, 300, 200, 0);
+    ASSERT_NE(handle, nullptr);
+    cNotifications notifications;
+    _vx_zelwave_callback_type callbacks{};
+    callbacks.user_data = &notifications;
+    callbacks.notification = &onNotification;
+    EXPECT_EQ(qt_zelwave_register_callback(handle, &callbacks), vx_code_ok);
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "close"), vx_code_ok);
+    processEventsFor(100);
+    EXPECT_NE(std::find(notifications.types.begin(), notifications.types.end(),
+                        static_cast<long>(vx_notification_close_button_activated)),
+              notifications.types.end());
+    EXPECT_TRUE(static_cast<QWidget*>(handle)->isVisible() || !host.isVisible()) << "the host decides";
+    EXPECT_EQ(qt_zelwave_register_callback(handle, nullptr), vx_code_ok);
+}
+
+int main(int argc, char** argv)
+{
+    ::testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,133 @@
+// The program run as a user runs it: offscreen, with a command file that ends the session.
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace {
+
+struct cRun {
+    int status = -1;
+    std::string output;
+};
+
+std::string tempDir()
+{
+    static std::string dir = [] {
+        char pattern[] = "/tmp/zelwave-program-XXXXXX";
+        return std::string(mkdtemp(pattern));
+    }();
+    return dir;
+}
+
+std::string writeFile(const std::string& name, const std::string& content)
+{
+    std::string path = tempDir() + "/" + name;
+    std::ofstream(path) << content;
+    return path;
+}
+
+std::string readFile(const std::string& path)
+{
+    std::ifstream in(path);
+    std::stringstream buffer;
+    buffer << in.rdbuf();
+    return buffer.str();
+}
+
+// Runs the program with HOME in the temporary folder, so that no user's files are touched.
+cRun run(const std::string& arguments)
+{
+    std::string command = "cd " + tempDir() + " && HOME=" + tempDir() +
+                          " QT_QPA_PLATFORM=offscreen timeout 60 " ZW_PROGRAM " " + arguments + " 2>&1";
+    cRun result;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (!pipe)
+        return result;
+    char buffer[4096];
+    size_t count;
+    while ((count = fread(buffer, 1, sizeof(buffer), pipe)) > 0)
+        result.output.append(buffer, count);
+    int status = pclose(pipe);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return result;
+}
+
+const std::string kUsageStart = " Available options are :\n";
+
+}  // namespace
+
+TEST(program, HelpAndBadOptionsPrintTheUsageAndTheWindowOpensAllTheSame)
+{
+    std::string quit = writeFile("quit.cmd", "close\n");
+
+    cRun help = run("--help --command_file quit.cmd");
+    EXPECT_EQ(help.status, 0) << help.output;
+    EXPECT_NE(help.output.find(kUsageStart), std::string::npos) << help.output;
+    EXPECT_EQ(help.output.find("Bad command line arguments"), std::string::npos);
+
+    cRun bad = run("-x --command_file quit.cmd");
+    EXPECT_EQ(bad.status, 0) << bad.output;
+    EXPECT_NE(bad.output.find(" Bad command line arguments : -x --command_file quit.cmd\n\n" + kUsageStart),
+              std::string::npos)
+        << bad.output;
+
+    cRun socketWithoutPort = run("--command_file quit.cmd --socket 127.0.0.1");
+    EXPECT_EQ(socketWithoutPort.status, 0);
+    EXPECT_NE(socketWithoutPort.output.find("Bad command line arguments"), std::string::npos);
+
+    cRun shortHelp = run("--h --command_file quit.cmd");
+    EXPECT_EQ(shortHelp.status, 0);
+    EXPECT_EQ(shortHelp.output.find("Available options"), std::string::npos) << "--h is an unknown option";
+}
+
+TEST(program, LogFileAtTheGivenSeverity)
+{
+    std::string commands = writeFile("log.cmd",
+                                     "debug_mode_on\n"
+                                     "add_section first\n"
+                                     "bogus_command 1 2\n"
+                                     "get_number_of_sections\n"
+                                     "close\n");
+    std::string log = tempDir() + "/run.log";
+    cRun result = run("--log run.log 6 --command_file log.cmd");
+    EXPECT_EQ(result.status, 0) << result.output;
+    std::string text = readFile(log);
+    EXPECT_NE(text.find(" - I - "), std::string::npos) << text;
+    EXPECT_NE(text.find("ZelWave Widget starts ("), std::string::npos) << text;
+    EXPECT_NE(text.find(" - E - "), std::string::npos);
+    EXPECT_NE(text.find(" - Interactive Mode: parsing of the command \"bogus_command 1 2\" failed."),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find(" - D - "), std::string::npos) << "severity 6 lets debug lines through";
+    EXPECT_NE(text.find("Line 3 : the interactive command \"bogus_command 1 2\" failed."), std::string::npos);
+    EXPECT_NE(text.find("Interactive Mode: processing the command \"add_section first\"."), std::string::npos);
+    // The start-up command that names the command file's folder is unknown: logged, and the start goes on.
+    EXPECT_NE(text.find("set_last_command_file_directory"), std::string::npos);
+
+    cRun quiet = run("--log quiet.log 1 --command_file log.cmd");
+    std::string quietText = readFile(tempDir() + "/quiet.log");
+    EXPECT_NE(quietText.find(" - I - "), std::string::npos);
+    EXPECT_EQ(quietText.find(" - E - "), std::string::npos) << "severity 1 keeps info lines only";
+}
+
+TEST(program, UnwritableLogFileAndMissingCommandFileDoNotStopTheProgram)
+{
+    writeFile("quit.cmd", "close\n");
+    cRun result = run("--log /nonexistent/folder/x.log --command_file quit.cmd");
+    EXPECT_EQ(result.status, 0) << result.output;
+    EXPECT_NE(result.output.find("Could not open the log file \"/nonexistent/folder/x.log\"."), std::string::npos)
+        << result.output;
+
+    // A missing command file: logged, and the window stays until closed from elsewhere.
+    std::string nested = writeFile("nested.cmd", "execute_command_file missing.cmd\nclose\n");
+    cRun missing = run("--command_file nested.cmd");
+    EXPECT_EQ(missing.status, 0) << missing.output;
+    EXPECT_NE(missing.output.find("missing.cmd\" was not found."), std::string::npos) << missing.output;
+}
