@@ -69,11 +69,16 @@ bool splitFunctionCall(std::string_view text, std::string_view& function, std::s
     return true;
 }
 
+dataUnit guessFromPartFunctionLowerCase(std::string_view name);
+
+// "re" and "im" are part functions here, not the Spice spelling of a current magnitude.
 dataUnit guessFromBracketsLowerCase(std::string_view name)
 {
     std::string_view function, inner;
     if (!splitFunctionCall(name, function, inner))
         return undefined_unit;
+    if (function == "re" || function == "real" || function == "im" || function == "imag")
+        return guessFromPartFunctionLowerCase(name);
     return stringToUnit(function);
 }
 
@@ -134,8 +139,6 @@ dataUnit guessUnitFromVariableName(std::string_view name)
     if (!lower.empty() && (lower[0] == '+' || lower[0] == '-'))
         lower.erase(0, 1);
     dataUnit unit = guessFromBracketsLowerCase(lower);
-    if (unit == undefined_unit)
-        unit = guessFromPartFunctionLowerCase(lower);
     if (unit == undefined_unit)
         unit = stringToUnit(lower);
     for (char separator : {'+', '-'}) {

@@ -77,9 +77,11 @@ TEST(DataFileSections, IndexCacheAndNameLookups)
     EXPECT_EQ(store.getDataSectionIndexFromCompleteName("ac"), 2u);
     ASSERT_TRUE(store.removeDataSection(a));
     EXPECT_EQ(store.getDataSectionFromIndex(1), b) << "the cache is dropped on removal";
-    EXPECT_EQ(store.removeLastDataSection(5), 2u);
+    EXPECT_EQ(store.removeLastDataSection(2), 2u);
     EXPECT_EQ(store.getNbOfDataSections(), 1u);
     EXPECT_EQ(store.getDataSectionFromIndex(0), front);
+    EXPECT_EQ(store.removeLastDataSection(5), 1u) << "no more than there are";
+    EXPECT_FALSE(store.removeLastDataSection());
 }
 
 TEST(DataFileFiles, EntriesAndShortNames)
