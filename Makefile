@@ -21,7 +21,7 @@ build: configure
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
 run: build
-	$(BUILD_DIR)/src/app/zelwave $(wildcard examples/*.csv examples/*.vcd examples/*.raw)
+	$(BUILD_DIR)/src/app/zelwave --command_file examples/demo.cmd $(wildcard examples/*.csv examples/*.vcd examples/*.raw)
 
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS) --timeout 600

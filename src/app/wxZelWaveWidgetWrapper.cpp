@@ -6,6 +6,7 @@
 
 #include <exception>
 
+#include "app/core/cCsvFileComparison.h"
 #include "base/cVxFilePath.h"
 #include "base/cVxString.h"
 #include "explorer/wxLogSink.h"
@@ -192,14 +193,16 @@ int wxZelWaveWidgetWrapper::executeCommand(const std::string& text, bool useThre
     mResults.clear();
     if (!mExplorer || mClosing)
         return vx_code_error;
-    std::string rest = vxString::trim(text);
-    if (rest.empty())
+    std::string_view rest = text;
+    size_t first = rest.find_first_not_of(" \t\r\n");
+    if (first == std::string_view::npos)
         return vx_code_ok;
+    rest.remove_prefix(first);
     int result = vx_code_ok;
     while (!rest.empty()) {
         bool parsed = mCommand.parseCommandString(rest, mLogger);
         std::string line = mCommand.text();
-        rest = mCommand.remainder();
+        rest.remove_prefix(std::min(mCommand.consumed(), rest.size()));
         if (!parsed) {
             if (!vxString::trim(line).empty() && !mInComment) {
                 mLogger.errorMsg("Interactive Mode: parsing of the command \"" + line + "\" failed.");
@@ -257,46 +260,42 @@ bool wxZelWaveWidgetWrapper::handleWrapperCommand(wxWaveExplorerCommand& command
     case cmd_comment_end: mInComment = false; return true;
     case cmd_debug_mode_on: mDebugMode = true; return true;
     case cmd_debug_mode_off: mDebugMode = false; return true;
-    case cmd_help: {
-        std::string name, tip, description;
-        const std::string wanted = command.getStringArgument(0);
-        for (int type = cCommandTable::firstCommand(); type < cCommandTable::endOfCommands(); ++type) {
-            if (!cCommandTable::getCmdAndCallTip(type, name, tip) || name.empty())
-                continue;
-            if (wanted.empty()) {
-                mResults.push_back(name + " " + tip);
-            } else if (name == wanted) {
-                mResults.push_back(name + " " + tip);
-                if (cCommandTable::getCmdDescription(type, description))
-                    mResults.push_back(description);
-                break;
-            }
-        }
-        result = mResults.empty() ? vx_code_error : vx_code_ok;
+    case cmd_help:
+        result = wxWaveExplorerCommand::generateHelpStrings(mResults, command.getStringArgument(0)) ? vx_code_ok
+                                                                                                   : vx_code_error;
         return true;
-    }
+    case cmd_generate_documentation_from_help:
+        if (!wxWaveExplorerCommand::generateDocumentationFromHelpStrings(command.getStringArgument(0))) {
+            mLogger.errorMsg("Could not write the file \"" + command.getStringArgument(0) + "\".");
+            result = vx_code_error;
+        }
+        return true;
+    case cmd_compare_csv_files:
+        result = cCsvFileComparison().compare(command.getStringArgument(0), command.getStringArgument(1), mLogger)
+                     ? vx_code_ok
+                     : vx_code_error;
+        return true;
     case cmd_execute_command_file:
     case cmd_restore_session_file:
-        result = executeCommandFileStartThread(command.computeAbsoluteFileName(command.getStringArgument(0)), useThread);
+        result = executeCommandFileStartThread(command.getStringArgument(0), useThread);
         return true;
     case cmd_start_interactive_socket: {
-        unsigned port = 0;
-        if (!cVxString(command.getStringArgument(1)).toUint(port)) {
+        double port = command.getDoubleArg(0, -1.0);
+        if (port < 0 || port > 65535) {
             mLogger.warnMsg("Interactive Mode: bad 2nd argument.");
             result = vx_code_error;
             return true;
         }
-        result = executeSocketStartThread(command.getStringArgument(0), port, useThread);
+        result = executeSocketStartThread(command.getStringArgument(0), static_cast<unsigned>(port), useThread);
         return true;
     }
     case cmd_shut_down_interactive_socket: shutDownSocket(); return true;
     case cmd_check_instance_identifier: {
-        uint64_t identifier = 0;
-        bool ok = cVxString(command.getStringArgument(0)).toUint64(identifier);
-        result = ok && identifier == mConfiguration.getInstanceIdentifier() ? vx_code_ok : vx_code_error;
+        double identifier = command.getDoubleArg(0, -1.0);
+        result = identifier == static_cast<double>(mConfiguration.getInstanceIdentifier()) ? vx_code_ok : vx_code_error;
         return true;
     }
-    case cmd_set_flag_is_top_window: mIsTopWindow = command.getStringArgument(0) != "0"; return true;
+    case cmd_set_flag_is_top_window: mIsTopWindow = command.getDoubleArgAsBool(0, false); return true;
     case cmd_set_working_directory: {
         std::string directory = cVxFilePath::evaluateSystemVariables(command.getStringArgument(0), &mLogger);
         if (directory.empty() || chdir(directory.c_str()) != 0) {
@@ -338,7 +337,7 @@ int wxZelWaveWidgetWrapper::waveExplorerVirtualCallBackAction(wxWaveExplorerActi
 {
     switch (action.actionType) {
     case explorerCallBack::close_requested:
-        return closeRequested(action.getStringArgument(0) == "1");
+        return closeRequested(action.getDoubleArgAsBool(0, false));
     case cmd_show: showTopLevel(true); return 0;
     case cmd_hide: showTopLevel(false); return 0;
     case explorerCallBack::file_opened:

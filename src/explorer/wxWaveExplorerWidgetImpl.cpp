@@ -24,7 +24,7 @@ namespace vx3 {
 using namespace waveExplorerAction;
 
 namespace {
-constexpr int kBridgePending = 18;    // the result field's "not yet performed"
+constexpr int kBridgePending = 18;  // the result field's "not yet performed"
 constexpr size_t kShownCurvesPerSection = 2000;
 
 class cExecuteCommandEvent : public QEvent {
@@ -64,6 +64,12 @@ wxWaveExplorerWidgetImpl::wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplor
     connect(mNotificationTimer, &QTimer::timeout, this, [this] {
         if (mOwner)
             mOwner->waveExplorerVirtualHandleNotifications();
+    });
+    mWaitTimer = new QTimer(this);
+    mWaitTimer->setSingleShot(true);
+    connect(mWaitTimer, &QTimer::timeout, this, [this] {
+        mHold = false;
+        emptyCommandQueue();
     });
 }
 
@@ -184,44 +190,6 @@ bool wxWaveExplorerWidgetImpl::event(QEvent* event)
         return true;
     }
     return QWidget::event(event);
-}
-
-int wxWaveExplorerWidgetImpl::executeCommandFromThreadImpl(wxWaveExplorerCommand& command, bool useThread)
-{
-    if (command.actionType == cmd_get_status)
-        return mLastResult;
-    int result = performCommand(command, useThread);
-    mLastResult = result;
-    if (mStoreChanged)
-        refreshBrowser();
-    return result;
-}
-
-int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, bool)
-{
-    switch (command.actionType) {
-    case cmd_comment:
-    case cmd_reading_command_file_start:
-    case cmd_reading_command_file_end:
-        return 0;
-    case cmd_close:
-    case cmd_show:
-    case cmd_hide: {
-        wxWaveExplorerAction action;
-        action.actionType = command.actionType == cmd_close ? explorerCallBack::close_requested : command.actionType;
-        action.pushStringArguments(command.getStringArgument(0));
-        return mOwner ? mOwner->waveExplorerVirtualCallBackAction(action) : 3;
-    }
-    default:
-        break;
-    }
-    int result = cStoreCommands::perform(command, *mStore, mLogger);
-    if (result != cStoreCommands::not_a_store_command) {
-        mStoreChanged = true;
-        return result;
-    }
-    mLogger.warnMsg("The command \"" + command.word() + "\" was not performed: this version has no performer for it.");
-    return 3;
 }
 
 void wxWaveExplorerWidgetImpl::refreshBrowser()

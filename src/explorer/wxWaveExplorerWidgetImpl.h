@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <deque>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -29,6 +31,9 @@ namespace waveExplorerEvent {
 enum : int {
     execute_command = 2274  // a background thread hands over a command
 };
+enum timer_id : int {
+    timer_wait = 11108  // the hold of a running wait
+};
 }
 
 class wxWaveExplorerWidgetImpl : public QWidget {
@@ -47,7 +52,10 @@ public:
     void applicationCloses();
     void setBusy(bool busy) { mBusy = busy; }
     bool checkIsBusy() const { return mBusy; }
-    void setFlagEnableReload(bool flag) { mReloadEnabled = flag; }
+    // Reload and the command queue are off while a launcher task works on the store.
+    void setFlagEnableReload(bool flag);
+    bool checkQueueHold() const { return mHold; }
+    size_t getQueueLength() const { return mQueue.size(); }
 
     // The door for commands from any thread: another thread's command crosses to the main thread.
     int executeCommandFromThread(wxWaveExplorerCommand& command, bool useThread);
@@ -65,6 +73,10 @@ protected:
 
 private:
     int performCommand(wxWaveExplorerCommand& command, bool useThread);
+    int performOption(wxWaveExplorerCommand& command);
+    int performSetFirstSectionIdentifier(wxWaveExplorerCommand& command);
+    void startWait(double seconds);
+    void emptyCommandQueue();
     void buildWidgets();
     void refreshBrowser();
     void appendLogLine(unsigned severity, const QString& text);
@@ -86,6 +98,13 @@ private:
     int mLastResult = 0;
     bool mBusy = false;
     bool mReloadEnabled = true;
+    bool mQueueEnabled = true;
+    bool mHold = false;
+    bool mEmptying = false;
+    std::deque<wxWaveExplorerCommand> mQueue;
+    QTimer* mWaitTimer = nullptr;
+    // Section numbers of a session file and the identifiers the sections have now.
+    std::map<uint64_t, uint64_t> mSessionSectionIds;
     bool mStoreChanged = true;
 
     QTreeWidget* mBrowser = nullptr;

@@ -54,10 +54,11 @@ TEST(wxWaveExplorerCommand, WordsAreCaseFreeArgumentsAreNot)
 {
     cVxLogger logger;
     wxWaveExplorerCommand command;
-    ASSERT_TRUE(command.parseCommandString("OPEN_FILE \"A b.csv\"\nget_status", logger));
+    const std::string text = "OPEN_FILE \"A b.csv\"\n\n  get_status";
+    ASSERT_TRUE(command.parseCommandString(text, logger));
     EXPECT_EQ(command.actionType, waveExplorerAction::cmd_open_file);
     EXPECT_EQ(command.getStringArgument(0), "A b.csv");
-    EXPECT_EQ(command.remainder(), "get_status");
+    EXPECT_EQ(text.substr(command.consumed()), "get_status");
     EXPECT_TRUE(command.checkCommandIsCritical());
 
     ASSERT_TRUE(command.parseCommandString("# get_status", logger));

@@ -131,3 +131,29 @@ TEST(program, UnwritableLogFileAndMissingCommandFileDoNotStopTheProgram)
     EXPECT_EQ(missing.status, 0) << missing.output;
     EXPECT_NE(missing.output.find("missing.cmd\" was not found."), std::string::npos) << missing.output;
 }
+
+TEST(program, CommandFileWarningsAndComments)
+{
+    writeFile("warn.cmd",
+              "comment_start\n"
+              "this line is not read\n"
+              "comment_end\n"
+              "add_section data\n"
+              "get_curve_name data x\n"
+              "set_filter p c\n"
+              "wait -1\n"
+              "add_curve data v 0 V s 0 1 1\n"
+              "add_curve data v 0 V s 0 1 1 2\n"
+              "add_curve data v 0 V s 0 1 1 2\n"
+              "close\n");
+    cRun result = run("--log warn.log 5 --command_file warn.cmd");
+    EXPECT_EQ(result.status, 0) << result.output;
+    std::string text = readFile(tempDir() + "/warn.log");
+    EXPECT_EQ(text.find("this line is not read"), std::string::npos) << "lines between comment_start and _end";
+    EXPECT_NE(text.find(" - W - "), std::string::npos);
+    EXPECT_NE(text.find("Interactive Mode: bad 2nd argument."), std::string::npos) << text;
+    EXPECT_NE(text.find("Interactive Mode: bad 3nd argument."), std::string::npos);
+    EXPECT_NE(text.find("Interactive Command \"wait -1\" : bad 1st argument."), std::string::npos);
+    EXPECT_NE(text.find("Bad arguments for interactive command."), std::string::npos);
+    EXPECT_NE(text.find("The curve \"v\" already exists in  section \"data\"."), std::string::npos);
+}

@@ -1,5 +1,6 @@
 #include "cCommandTable.h"
 
+#include <string>
 #include <unordered_map>
 
 namespace vx3 {
@@ -10,13 +11,14 @@ struct cRow {
     const char* word;      // what the parser reads; empty for a number without a word
     const char* helpName;  // what help shows; empty for words without help
     const char* tip;
+    const char* form;
 };
 
 const cRow kRows[] = {
-#define ZW_COMMAND(word, tip) {#word, #word, tip},
-#define ZW_COMMAND_AS(word, helpName, tip) {#word, #helpName, tip},
-#define ZW_GAP(number) {"", "", ""},
-#define ZW_PARSER_WORD(word) {#word, "", ""},
+#define ZW_COMMAND(word, tip, form) {#word, #word, tip, form},
+#define ZW_COMMAND_AS(word, helpName, tip, form) {#word, #helpName, tip, form},
+#define ZW_GAP(number) {"", "", "", ""},
+#define ZW_PARSER_WORD(word) {#word, "", "", "*"},
 #include "commandTable.inc"
 #undef ZW_COMMAND
 #undef ZW_COMMAND_AS
@@ -50,7 +52,70 @@ const std::unordered_map<std::string_view, int>& wordIndex()
     return index;
 }
 
+
+struct cOption {
+    const char* key;
+    int number;
+    const char* tip;
+    const char* form;
+    int handler;
+};
+
+const cOption kOptions[] = {
+#define ZW_OPTION(key, tip, form, handler) {#key, waveExplorerAction::opt_##key, tip, form, handler},
+#define ZW_OPTION_ALSO(key, form, handler) {#key, waveExplorerAction::opt_##key, "", form, handler},
+#include "optionTable.inc"
+#undef ZW_OPTION
+#undef ZW_OPTION_ALSO
+    // Keys that the window handler reads under the number of another spelling.
+    {"use_curve_names_for_internal_dnd", waveExplorerAction::opt_use_curve_names_form_internal_dnd, "", "B", 3},
+    {"set_legend_position", waveExplorerAction::opt_legend_position, "", "S", 3},
+    {"enable_status_bar", waveExplorerAction::opt_enable_status_bar, "", "B", 3},
+    {"tool_bar_style", waveExplorerAction::opt_tool_bar_style, "", "S", 3},
+    {"use_notebook_with_tabs", waveExplorerAction::opt_use_notebook_with_tabs, "", "B", 3},
+    {"side_bar_style", waveExplorerAction::opt_side_bar_style, "", "S", 3},
+    {"legend_position", waveExplorerAction::opt_legend_position, "", "S", 3},
+};
+
+const cOption* findOptionRow(std::string_view key, int handler)
+{
+    static const auto index = [] {
+        std::unordered_map<std::string, const cOption*> map;
+        for (const auto& option : kOptions)
+            map.emplace(std::to_string(option.handler) + ":" + option.key, &option);
+        return map;
+    }();
+    auto found = index.find(std::to_string(handler) + ":" + std::string(key));
+    return found == index.end() ? nullptr : found->second;
+}
+
+const cOption* findOptionRow(int number, int handler)
+{
+    for (const auto& option : kOptions)
+        if (option.number == number && (handler == 0 || option.handler == handler))
+            return &option;
+    return nullptr;
+}
+
 }  // namespace
+
+int cCommandTable::findOption(std::string_view key, int handler)
+{
+    const cOption* option = findOptionRow(key, handler);
+    return option ? option->number : waveExplorerAction::cmd_no_command;
+}
+
+const char* cCommandTable::getOptionForm(int actType, int handler)
+{
+    const cOption* option = findOptionRow(actType, handler);
+    return option ? option->form : nullptr;
+}
+
+std::string cCommandTable::getOptionKey(int actType)
+{
+    const cOption* option = findOptionRow(actType, 0);
+    return option ? option->key : std::string();
+}
 
 int cCommandTable::findCommand(std::string_view word)
 {
@@ -61,6 +126,12 @@ int cCommandTable::findCommand(std::string_view word)
 
 bool cCommandTable::getCmdAndCallTip(int actType, std::string& name, std::string& tip)
 {
+    if (checkIsOption(actType)) {
+        const cOption* option = findOptionRow(actType, 0);
+        name = option && option->handler == 1 ? std::string("set_option ") + option->key : std::string();
+        tip = option && option->handler == 1 ? option->tip : "";
+        return !name.empty();
+    }
     int row = actType - firstCommand();
     if (row < 0 || row >= kRowCount) {
         name.clear();
@@ -72,13 +143,23 @@ bool cCommandTable::getCmdAndCallTip(int actType, std::string& name, std::string
     return !name.empty();
 }
 
+const char* cCommandTable::getArgumentForm(int actType)
+{
+    int row = actType - firstCommand();
+    if (row < 0 || row >= kRowCount || !*kRows[row].word)
+        return nullptr;
+    return kRows[row].form;
+}
+
 bool cCommandTable::getCmdDescription(int actType, std::string& text)
 {
     std::string name, tip;
     text.clear();
     if (!getCmdAndCallTip(actType, name, tip))
         return false;
-    if (name != kRows[actType - firstCommand()].word)
+    if (checkIsOption(actType))
+        name = "set_option__" + name.substr(11);
+    else if (name != kRows[actType - firstCommand()].word)
         return false;  // a word listed under another name has no description of its own
     for (const auto& description : kDescriptions) {
         if (name == description.word) {
@@ -96,4 +177,9 @@ namespace vx3 {
 static_assert(waveExplorerAction::cmd_help == 395);
 static_assert(waveExplorerAction::cmd_gap_420 == 420 && waveExplorerAction::cmd_gap_561 == 561);
 static_assert(waveExplorerAction::cmd_end_of_commands <= waveExplorerAction::cmd_first_option);
+}  // namespace vx3
+
+namespace vx3 {
+static_assert(waveExplorerAction::opt_end_of_options == waveExplorerAction::cmd_last_option + 1,
+              "the option keys fill the numbers 640 to 746");
 }  // namespace vx3

@@ -36,25 +36,35 @@ void wxWaveExplorerCommand::clear()
     stringValue.clear();
     portOrNumber = 0;
     mText.clear();
-    mRemainder.clear();
+    mConsumed = 0;
     mWord.clear();
     mReturnValues.clear();
     // the base directory belongs to the reader of a command file and survives clear()
 }
 
-bool wxWaveExplorerCommand::parseCommandString(const std::string& text, const cVxLogger& logger)
+bool wxWaveExplorerCommand::parseCommandString(std::string_view text, const cVxLogger& logger)
 {
     clear();
-    mText = text;
     cInteractiveParser parser;
-    std::string line = text;
+    std::string line;
     std::string rest;
-    if (cVxString(text).trim().startsWithCaseInsensitive("show_string_in_text_editor"))
+    size_t first = text.find_first_not_of(" \t");
+    std::string_view start = first == std::string_view::npos ? std::string_view() : text.substr(first);
+    if (start.size() >= 26 && vxString::to_lower(start.substr(0, 26)) == "show_string_in_text_editor") {
+        // Counted bytes may hold line ends: this one reads past the first line.
+        line.assign(text);
         parser.parseCmdAndLengthAndString(line, rest);
-    else
-        parser.parse(line, rest);
+        mConsumed = parser.consumed();
+    } else {
+        size_t end = text.find_first_of("\r\n");
+        line.assign(text.substr(0, end));
+        parser.parse(line);
+        mConsumed = end == std::string_view::npos ? text.size() : text.find_first_not_of(" \t\r\n", end);
+        if (mConsumed == std::string_view::npos)
+            mConsumed = text.size();
+        line = vxString::trim(line);
+    }
     mText = line;
-    mRemainder = rest;
     if (parser.size() == 0)
         return false;
     parser.getAsString(0, mWord, true);
@@ -62,6 +72,8 @@ bool wxWaveExplorerCommand::parseCommandString(const std::string& text, const cV
         actionType = cmd_comment;
         return true;
     }
+    if (mWord == "set_option" || mWord == "set_string_option" || mWord == "set_gui_option")
+        return parseOption(parser, mWord == "set_gui_option", logger);
     int type = cCommandTable::findCommand(mWord);
     if (type == cmd_no_command)
         return false;
@@ -69,24 +81,49 @@ bool wxWaveExplorerCommand::parseCommandString(const std::string& text, const cV
     return parseArguments(parser, type, logger);
 }
 
-bool wxWaveExplorerCommand::parseArguments(const cInteractiveParser& parser, int actType, const cVxLogger&)
-{
-    // Every token behind the word is kept as a string argument; the performer reads them.
-    for (size_t i = 1; i < parser.size(); ++i)
-        pushStringArguments(parser.tokens()[i]);
-    actionType = actType;
-    return true;
-}
-
 bool wxWaveExplorerCommand::checkCommandIsCritical() const
 {
+    // These wait for files and plots to settle, so they queue behind running work.
     static const std::unordered_set<int> critical = {
         cmd_execute_command_file, cmd_register_command_file, cmd_unregister_command_file,
         cmd_start_interactive_socket, cmd_shut_down_interactive_socket, cmd_save_session_file,
         cmd_restore_session_file, cmd_save_curve_style_file, cmd_restore_curve_style_file, cmd_open_file,
         cmd_close_all, cmd_close_section, cmd_close_file, cmd_close, cmd_activate_measurements,
-        cmd_activate_statistics, cmd_reload_file, cmd_add_section, cmd_add_curve, cmd_add_points};
+        cmd_activate_statistics, cmd_reload_file, cmd_add_section, cmd_add_curve, cmd_add_points, cmd_delete_tab,
+        cmd_close_plot, cmd_add_curve_to_plot, cmd_add_curve_to_plot_by_name, cmd_add_voltage_on_spice_node_to_plot,
+        cmd_add_current_through_spice_device_to_plot, cmd_add_voltages_in_spice_instance_to_plot,
+        cmd_add_currents_in_spice_instance_to_plot, cmd_add_curve_to_plot_by_index,
+        cmd_add_curve_to_plot_by_id_and_index, cmd_add_n_dimensional_curve_to_plot_by_index,
+        cmd_remove_curve_from_plot_by_index, cmd_remove_n_dimensional_curve_from_plot_by_index, cmd_zoom,
+        cmd_set_cursor, cmd_set_curve_style_by_id_and_index, cmd_set_curve_style_by_name,
+        cmd_set_curve_style_by_id_and_name, cmd_set_curve_style_in_plot_by_id_and_index, cmd_set_x_axis_type,
+        cmd_set_x_axis_label, cmd_set_y1_axis_label, cmd_set_y2_axis_label, cmd_clear_filters, cmd_set_filter,
+        cmd_set_number_filter, cmd_spreadsheet_get_nb_sweep_variable_columns, cmd_spreadsheet_sort_column,
+        cmd_spreadsheet_move_column, cmd_show_command_file_in_text_editor, cmd_show_file_in_text_editor,
+        cmd_show_string_in_text_editor, cmd_show_text_editor, cmd_show_curves_from_oid_list, cmd_compute_mapping,
+        cmd_print_mapping_to_spice_to_file, cmd_get_mapping_spice_top, cmd_get_mapping_curve_top,
+        cmd_selection_changed, cmd_highlight_oid, cmd_copy_highlighting_from_schematics, cmd_create_equivalent_nets,
+        opt_use_notebook_with_tabs, opt_use_white_background, opt_make_curve_style_changes_global,
+        opt_plot_window_button_style, opt_incremental_file_reload, opt_file_can_be_closed_by_user};
     return critical.count(actionType) != 0;
+}
+
+std::string wxWaveExplorerCommand::substitutePlotName(const std::string& command, const std::string& plotName)
+{
+    if (plotName.empty())
+        return command;
+    wxWaveExplorerCommand parsed;
+    cVxLogger scratch;
+    if (!parsed.parseCommandString(command, scratch) || parsed.plotName != "*")
+        return command;
+    std::string result = command;
+    size_t quoted = result.find("\"*\"");
+    if (quoted != std::string::npos)
+        return result.replace(quoted, 3, "\"" + plotName + "\"");
+    size_t bare = result.find('*');
+    if (bare != std::string::npos)
+        result.replace(bare, 1, "\"" + plotName + "\"");
+    return result;
 }
 
 std::string wxWaveExplorerCommand::computeAbsoluteFileName(const std::string& name) const

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cCommandTable.h"
@@ -17,8 +18,9 @@ public:
     wxWaveExplorerCommand() { clear(); }
     void clear();
 
-    // True when the first line of text was understood; the rest goes to remainder().
-    bool parseCommandString(const std::string& text, const cVxLogger& logger);
+    // True when the first command of text was understood. consumed() tells where the next one
+    // starts, so that a long text is walked without copying what is left of it.
+    bool parseCommandString(std::string_view text, const cVxLogger& logger);
     // Reads the arguments behind the command word.
     bool parseArguments(const cInteractiveParser& parser, int actType, const cVxLogger& logger);
 
@@ -30,6 +32,12 @@ public:
     {
         return cCommandTable::getCmdDescription(actType, text);
     }
+    // help: every word with its arguments, or one word with its description.
+    static bool generateHelpStrings(std::vector<std::string>& results, const std::string& command);
+    static bool generateDocumentationFromHelpStrings(const std::string& fileName);
+    // For a command carried in a dropped text: a plot name "*" becomes the given plot.
+    static std::string substitutePlotName(const std::string& command, const std::string& plotName);
+
     // Commands that must wait for files and plots to settle (the explorer's queue rule).
     bool checkCommandIsCritical() const;
 
@@ -39,7 +47,7 @@ public:
     std::vector<std::string>& returnValues() { return mReturnValues; }
 
     const std::string& text() const { return mText; }
-    const std::string& remainder() const { return mRemainder; }
+    size_t consumed() const { return mConsumed; }
     const std::string& word() const { return mWord; }
     const std::string& baseDirectory() const { return mBaseDirectory; }
     void setBaseDirectory(const std::string& directory) { mBaseDirectory = directory; }
@@ -66,8 +74,16 @@ public:
     int64_t portOrNumber = 0;
 
 private:
+    // False with index at the argument that failed.
+    bool parseForm(const char* form, const cInteractiveParser& parser, size_t& index);
+    bool readArgument(char kind, const cInteractiveParser& parser, size_t index);
+    bool parseCurveValues(const cInteractiveParser& parser, const cVxLogger& logger);
+    // set_option and its two siblings: the key decides the number.
+    bool parseOption(const cInteractiveParser& parser, bool guiFirst, const cVxLogger& logger);
+    void warnBadArgument(size_t index, const cVxLogger& logger) const;
+
     std::string mText;
-    std::string mRemainder;
+    size_t mConsumed = 0;
     std::string mWord;
     std::string mBaseDirectory;
     std::vector<std::string> mReturnValues;

@@ -13,6 +13,7 @@ void wxWaveExplorerConfiguration::setDefaults()
     showMenuBar = false;
     nocliMode = false;
     toolbarButtonStyle = "classic";
+    setDefaultOptions();
     mChanged = false;
 }
 

@@ -154,6 +154,69 @@ TEST(zelwaveHost, EmbeddedWidgetReportsCloseRequestsToTheHost)
     EXPECT_EQ(qt_zelwave_register_callback(handle, nullptr), vx_code_ok);
 }
 
+TEST(zelwaveHost, StoreCommandsBuildAndAnswer)
+{
+    void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
+    ASSERT_NE(handle, nullptr);
+    auto run = [handle](const std::string& command) { return qt_zelwave_execute_command(handle, command.c_str()); };
+    auto answer = [&](const std::string& command) {
+        EXPECT_EQ(run(command), vx_code_ok) << command;
+        std::vector<std::string> list = results(handle);
+        return list.empty() ? std::string("<none>") : list.front();
+    };
+
+    EXPECT_EQ(run("add_section \"user data\""), vx_code_ok);
+    EXPECT_EQ(run("add_section \"user data\""), vx_code_error) << "already exists";
+    EXPECT_EQ(run("add_curve \"user data\" v(out) 0 V s 0 1 1e-9 2 2e-9 3"), vx_code_ok);
+    EXPECT_EQ(run("add_curve \"user data\" v(out) 0 V s 0 1"), vx_code_error) << "the curve exists";
+    EXPECT_EQ(run("add_curve \"user data\" w 0 V s 0 1 1"), vx_code_error) << "an odd count adds nothing";
+    EXPECT_EQ(run("add_curve missing w 0 V s 0 1"), vx_code_error);
+    EXPECT_EQ(run("add_curve \"user data\" z 1 A s 0 1 2 1e-9 3 4"), vx_code_ok) << "complex: x re im";
+    EXPECT_EQ(run("add_curve \"user data\" z2 1 A s 0 1"), vx_code_error) << "complex needs triples";
+    EXPECT_EQ(run("add_points \"user data\" v(out) 3e-9 4 4e-9 5"), vx_code_ok);
+    EXPECT_EQ(run("add_points \"user data\" v(out) 5e-9"), vx_code_error);
+    EXPECT_EQ(run("add_points \"user data\" nothing 1 2"), vx_code_error);
+
+    EXPECT_EQ(answer("get_number_of_sections"), "1");
+    EXPECT_EQ(answer("get_section_name 0"), "user data");
+    EXPECT_EQ(answer("get_section_number_of_curves \"user data\""), "2");
+    EXPECT_EQ(answer("get_section_number_of_cuts \"user data\""), "1");
+    EXPECT_EQ(answer("get_section_number_of_sweep_variables \"user data\""), "0");
+    EXPECT_EQ(answer("get_curve_name \"user data\" 1"), "z");
+    EXPECT_EQ(answer("get_curve_y_unit \"user data\" v(out)"), "V");
+    EXPECT_EQ(answer("get_curve_x_unit \"user data\" v(out)"), "s");
+    EXPECT_EQ(answer("get_section_x_unit \"user data\""), "s");
+    EXPECT_EQ(answer("get_number_of_post_process_sections"), "0");
+    EXPECT_EQ(run("get_curve_name \"user data\" 7"), vx_code_error);
+    EXPECT_EQ(run("get_section_name 3"), vx_code_error);
+    EXPECT_EQ(run("get_curve_y_unit \"user data\" nothing"), vx_code_error);
+    EXPECT_EQ(run("close_file /no/such/file.csv"), vx_code_error);
+    EXPECT_EQ(run("set_first_section_identifier /no/such/file.csv 100"), vx_code_error);
+
+    // Commands whose performer does not exist yet say so and fail; the store is untouched.
+    EXPECT_EQ(run("add_plot p analog"), vx_code_error);
+    EXPECT_EQ(answer("get_number_of_sections"), "1");
+
+    // Options land in the configuration; the window-size hints are answered at once.
+    EXPECT_EQ(run("set_option fft_parameter_nb_time_samples 2048"), vx_code_ok);
+    EXPECT_EQ(run("set_option no_such_option 1"), vx_code_error);
+    EXPECT_GE(std::stol(answer("get_window_size_hint_width")), 100);
+
+    // A wait holds the queue: later commands answer "queued" and run when it ends.
+    EXPECT_EQ(run("wait 0.3"), vx_code_ok);
+    EXPECT_EQ(run("add_section later"), vx_code_queued);
+    EXPECT_EQ(run("get_status"), vx_code_queued);
+    processEventsFor(600);
+    EXPECT_EQ(run("get_status"), vx_code_ok);
+    EXPECT_EQ(answer("get_number_of_sections"), "2");
+
+    EXPECT_EQ(run("close_section later"), vx_code_ok);
+    EXPECT_EQ(run("close_all"), vx_code_ok);
+    EXPECT_EQ(answer("get_number_of_sections"), "0");
+    static_cast<QWidget*>(handle)->close();
+    processEventsFor(50);
+}
+
 int main(int argc, char** argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
