@@ -105,6 +105,16 @@ int qt_zelwave_execute_command(vx_zelwave_handle handle, const char* command)
     return call.wrapper()->lockAndExecuteCommand(command);
 }
 
+int qt_zelwave_execute_xml_command(vx_zelwave_handle handle, const char* xml, const char* plotName)
+{
+    cInterfaceCall call(handle);
+    if (call.code() != vx_code_ok)
+        return call.code();
+    if (!xml)
+        return vx_code_bad_name;
+    return call.wrapper()->executeXmlCommand(xml, plotName ? plotName : "");
+}
+
 const char** qt_zelwave_get_command_result(vx_zelwave_handle handle)
 {
     cInterfaceCall call(handle);

@@ -7,6 +7,7 @@
 #include <exception>
 
 #include "app/core/cCsvFileComparison.h"
+#include "app/core/cZelWaveXmlParser.h"
 #include "base/cVxFilePath.h"
 #include "base/cVxString.h"
 #include "explorer/wxLogSink.h"
@@ -244,6 +245,28 @@ int wxZelWaveWidgetWrapper::executeCommandImpl(bool useThread)
         return vx_code_error;
     if (mInComment && mCommand.actionType != cmd_comment_end)
         return vx_code_ok;
+    switch (mCommand.actionType) {
+    case cmd_execute_command_file:
+        // Its lines are recorded one by one as they run, the file command itself is not.
+        return performCommand(useThread);
+    case cmd_reading_command_file_start:
+    case cmd_reading_command_file_end:
+    case cmd_register_command_file:
+    case cmd_unregister_command_file:
+        break;
+    default:
+        mRecorder.printCommand(mCommand.text());
+    }
+    // What this command performs by further commands is not recorded again.
+    bool recording = mRecorder.getRecordingFlag();
+    mRecorder.setRecording(false);
+    int result = performCommand(useThread);
+    mRecorder.setRecording(recording);
+    return result;
+}
+
+int wxZelWaveWidgetWrapper::performCommand(bool useThread)
+{
     int result = vx_code_ok;
     if (handleWrapperCommand(mCommand, useThread, result))
         return result;
@@ -258,8 +281,14 @@ bool wxZelWaveWidgetWrapper::handleWrapperCommand(wxWaveExplorerCommand& command
     switch (command.actionType) {
     case cmd_comment_start: mInComment = true; return true;
     case cmd_comment_end: mInComment = false; return true;
-    case cmd_debug_mode_on: mDebugMode = true; return true;
-    case cmd_debug_mode_off: mDebugMode = false; return true;
+    case cmd_debug_mode_on:
+        mDebugMode = true;
+        mExplorer->logSink().setWindowMaxSeverity(vxLogger::debug);
+        return true;
+    case cmd_debug_mode_off:
+        mDebugMode = false;
+        mExplorer->logSink().setWindowMaxSeverity(vxLogger::warning);
+        return true;
     case cmd_help:
         result = wxWaveExplorerCommand::generateHelpStrings(mResults, command.getStringArgument(0)) ? vx_code_ok
                                                                                                    : vx_code_error;
@@ -290,6 +319,24 @@ bool wxZelWaveWidgetWrapper::handleWrapperCommand(wxWaveExplorerCommand& command
         return true;
     }
     case cmd_shut_down_interactive_socket: shutDownSocket(); return true;
+    case cmd_register_command_file: {
+        const std::string& file = command.getStringArgument(0);
+        cVxFilePath path(file);
+        path.convertToAbsolutePath();
+        for (const auto& open : mFilesBeingRead) {
+            if (open == path.name()) {
+                mLogger.errorMsg("The command file \"" + file + "\" can't be registered as it is currently read.");
+                result = vx_code_error;
+                return true;
+            }
+        }
+        result = mRecorder.openExportCommandFile(file, mLogger) == 0 ? vx_code_ok : vx_code_error;
+        return true;
+    }
+    case cmd_unregister_command_file:
+        result = mRecorder.closeExportCommandFile(command.getStringArgument(0), mLogger) == 0 ? vx_code_ok
+                                                                                            : vx_code_error;
+        return true;
     case cmd_check_instance_identifier: {
         double identifier = command.getDoubleArg(0, -1.0);
         result = identifier == static_cast<double>(mConfiguration.getInstanceIdentifier()) ? vx_code_ok : vx_code_error;
@@ -307,6 +354,20 @@ bool wxZelWaveWidgetWrapper::handleWrapperCommand(wxWaveExplorerCommand& command
     case cmd_understood_without_action: result = vx_code_error; return true;
     default: return false;
     }
+}
+
+int wxZelWaveWidgetWrapper::executeXmlCommand(const std::string& xml, const std::string& plotName)
+{
+    cZelWaveXmlParser parser;
+    if (!parser.parseXmlString(xml) || parser.commands().empty())
+        return vx_code_parse_failed;
+    std::string text;
+    for (const auto& command : parser.commands()) {
+        if (!text.empty())
+            text += '\n';
+        text += wxWaveExplorerCommand::substitutePlotName(command, plotName);
+    }
+    return lockAndExecuteCommand(text);
 }
 
 std::string wxZelWaveWidgetWrapper::getCommandResultsAsString() const

@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "app/core/wxWaveExplorerCommand.h"
+#include "app/core/wxWaveExplorerCommandFileGeneration.h"
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "base/cCommandLineParser.h"
+#include "base/cDataBaseSockets.h"
 #include "base/cVxLogger.h"
 #include "base/cVxThread.h"
 #include "explorer/wxWaveExplorerWidgetVirtual.h"
@@ -80,6 +82,9 @@ public:
     int executeCommand(const std::string& text, bool useThread);
     int executeCommandImpl(bool useThread);
     int executeCommandFileImpl(const std::string& file);
+    // Commands carried by an XML text (a drop or the clipboard), for the given plot.
+    int executeXmlCommand(const std::string& xml, const std::string& plotName);
+    wxWaveExplorerCommandFileGeneration& recorder() { return mRecorder; }
     int listenToSocketImpl(const std::string& address, unsigned port);
 
     int executeCommandFileStartThread(const std::string& file, bool useThread);
@@ -137,7 +142,11 @@ protected:
 
 private:
     bool handleWrapperCommand(wxWaveExplorerCommand& command, bool useThread, int& result);
+    int performCommand(bool useThread);
+    void logAndRecordError(const std::string& text);
     int translateExplorerResult(int code);
+    bool checkExitInteractiveMode();
+    std::string formatSocketReply(int result) const;
     void storeTaskResult(int result);
     void attachLogFile(const cCommandLineParser& parser);
 
@@ -152,6 +161,8 @@ private:
     cVxThreadLauncher<wxZelWaveWidgetWrapper> mSecondThread;
     cVxMutex mSecondThreadMutex;
     std::string mTaskFile;
+    wxWaveExplorerCommandFileGeneration mRecorder;
+    cDataBaseSockets mSocket;
     std::string mSocketAddress;
     unsigned mSocketPort = 0;
     cVxMutex mExitMutex;

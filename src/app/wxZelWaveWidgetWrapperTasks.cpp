@@ -1,4 +1,6 @@
 // Background tasks of the top object: command files and the interactive socket.
+#include <unistd.h>
+
 #include <fstream>
 
 #include "base/cVxFilePath.h"
@@ -10,6 +12,12 @@
 namespace vx3 {
 
 using namespace zelWaveWidgetWrapper;
+
+void wxZelWaveWidgetWrapper::logAndRecordError(const std::string& text)
+{
+    mLogger.errorMsg(text);
+    mRecorder.printComment(text);
+}
 
 void wxZelWaveWidgetWrapper::executeTaskInThread(int task)
 {
@@ -83,12 +91,12 @@ int wxZelWaveWidgetWrapper::executeCommandFileImpl(const std::string& file)
     if (!mExplorer)
         return vx_code_error;
     if (file.empty()) {
-        mLogger.errorMsg("The command file name is empty.");
+        logAndRecordError("The command file name is empty.");
         return vx_code_file_not_found;
     }
     cVxFilePath path(file);
     if (!path.exists()) {
-        mLogger.errorMsg("The file \"" + file + "\" was not found.");
+        logAndRecordError("The file \"" + file + "\" was not found.");
         return vx_code_file_not_found;
     }
     path.convertToAbsolutePath();
@@ -96,16 +104,17 @@ int wxZelWaveWidgetWrapper::executeCommandFileImpl(const std::string& file)
     const std::string name = path.name();
     for (const auto& open : mFilesBeingRead) {
         if (open == name) {
-            mLogger.errorMsg("Command File Execution: the file \"" + name + "\" has already been executed.");
+            logAndRecordError("Command File Execution: the file \"" + name + "\" has already been executed.");
             return vx_code_error;
         }
     }
     std::ifstream in(name, std::ios::binary);
     if (!in || path.isDirectory()) {
-        mLogger.errorMsg("Command File Execution: could not open file \"" + name + "\".");
+        logAndRecordError("Command File Execution: could not open file \"" + name + "\".");
         return vx_code_file_not_found;
     }
     mLogger.infoMsg("Reading command file \"" + name + "\".");
+    mRecorder.printComment("Reading command file \"" + name + "\".");
     const std::string oldBase = mCommand.baseDirectory();
     const std::string base = path.getParentPath().name();
     mCommand.setBaseDirectory(base);
@@ -138,6 +147,7 @@ int wxZelWaveWidgetWrapper::executeCommandFileImpl(const std::string& file)
             break;
         }
     }
+    mRecorder.printComment("Read command file \"" + name + "\".");
     mLogger.infoMsg("Read command file \"" + name + "\".");
     mCommand.setBaseDirectory(oldBase);
     return fileResult;
@@ -172,16 +182,117 @@ int wxZelWaveWidgetWrapper::lockAndListenToSocket(const std::string& address, un
     cVxScopedLock lock(mCommandMutex);
     mTaskRunning = true;
     int result = listenToSocketImpl(address, port);
+    mSocket.closeSocket(true);
     storeTaskResult(result);
     return result;
 }
 
+bool wxZelWaveWidgetWrapper::checkExitInteractiveMode()
+{
+    cVxScopedLock lock(mExitMutex);
+    return mExitInteractiveMode;
+}
+
+std::string wxZelWaveWidgetWrapper::formatSocketReply(int result) const
+{
+    switch (result) {
+    case vx_code_ok: {
+        std::string reply = "0";
+        for (const auto& value : mResults) {
+            // One reply stays one line: quotes and line ends inside a value are escaped.
+            std::string escaped;
+            for (char c : value) {
+                if (c == '"')
+                    escaped += "\\\"";
+                else if (c == '\n')
+                    escaped += "\\n";
+                else if (c == '\r')
+                    escaped += "\\r";
+                else
+                    escaped += c;
+            }
+            reply += " \"" + escaped + "\"";
+        }
+        return reply + "\n";
+    }
+    case vx_code_queued: return "2\n";
+    default: return "1\n";
+    }
+}
+
 int wxZelWaveWidgetWrapper::listenToSocketImpl(const std::string& address, unsigned port)
 {
-    // The socket session arrives with the command transport; until then say so plainly.
-    mLogger.errorMsg("The interactive socket " + address + ":" + std::to_string(port) +
-                     " is not supported by this build.");
-    return vx_code_error;
+    const std::string where = "( ip = " + address + " port = " + std::to_string(port) + " )";
+    mSocket.setTimeout(0, 200000);  // the exit flag is seen within this time
+    mSocket.setLogger(&mLogger);
+    while (true) {
+        if (checkExitInteractiveMode())
+            return vx_code_error;
+        if (mSocket.connectToStreamSocket(address, port) == 0)
+            break;
+        mLogger.errorMsg("Interactive Mode: Failed to connect to socket " + where + ".");
+        usleep(200000);
+    }
+    mLogger.infoMsg("Interactive Mode: connected to socket " + where + ".");
+    mLogger.infoMsg("The interactive mode is enabled.");
+    if (mSocket.transmit("0\n", 2) != 0) {
+        mLogger.errorMsg("Interactive Mode: Socket write error.");
+        mLogger.infoMsg("Exitting interactive socket mode.");
+        return vx_code_error;
+    }
+    // A line may arrive in pieces over several reads; it is kept until its line end comes, up to a
+    // bound beyond which it is dropped (and answered with a failure once its end arrives).
+    constexpr size_t kMaxLineLength = 16u << 20;
+    std::string text;
+    std::string pending;
+    bool dropping = false;
+    while (true) {
+        if (checkExitInteractiveMode())
+            return vx_code_ok;
+        int received = mSocket.receiveText(text, true);
+        if (received == 19)
+            continue;
+        if (received != 0) {
+            mLogger.errorMsg("Interactive Mode: Socket read error.");
+            mLogger.infoMsg("Exitting interactive socket mode.");
+            return vx_code_error;
+        }
+        pending += text;
+        size_t start = 0;
+        size_t end;
+        while ((end = pending.find('\n', start)) != std::string::npos) {
+            const bool tooLong = end - start > kMaxLineLength;
+            std::string command =
+                tooLong ? std::string() : vxString::trim(std::string_view(pending).substr(start, end - start));
+            start = end + 1;
+            int result = vx_code_error;
+            if (tooLong && !dropping)
+                mLogger.errorMsg("Interactive Mode: a command line longer than " + std::to_string(kMaxLineLength) +
+                                 " bytes was dropped.");
+            if (dropping || tooLong) {
+                dropping = false;
+            } else {
+                mLogger.debugMsg("interactive socket : received command \"" + command + "\".");
+                result = executeCommand(command, false);
+            }
+            std::string reply = checkExitInteractiveMode() ? std::string("0\n") : formatSocketReply(result);
+            if (mSocket.transmit(reply) != 0) {
+                mLogger.errorMsg("Interactive Mode: Socket write error.");
+                if (!checkExitInteractiveMode())
+                    mLogger.infoMsg("Exitting interactive socket mode.");
+                return vx_code_error;
+            }
+            if (checkExitInteractiveMode())
+                return vx_code_ok;
+        }
+        pending.erase(0, start);
+        if (pending.size() > kMaxLineLength) {
+            mLogger.errorMsg("Interactive Mode: a command line longer than " + std::to_string(kMaxLineLength) +
+                             " bytes was dropped.");
+            pending.clear();
+            dropping = true;
+        }
+    }
 }
 
 void wxZelWaveWidgetWrapper::shutDownSocket()

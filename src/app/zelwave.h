@@ -99,6 +99,8 @@ typedef void* vx_zelwave_handle;
 vx_zelwave_handle qt_zelwave_create_main_window(void* parent, int x, int y, int width, int height, int style);
 vx_zelwave_handle qt_zelwave_create_widget(void* parent, int x, int y, int width, int height, int style);
 int qt_zelwave_execute_command(vx_zelwave_handle handle, const char* command);
+/* Commands in the XML command form (a drop or the clipboard); "*" as plot name becomes plot_name. */
+int qt_zelwave_execute_xml_command(vx_zelwave_handle handle, const char* xml, const char* plot_name);
 /* Null-terminated, valid until the next call; null for no results or an unknown handle. */
 const char** qt_zelwave_get_command_result(vx_zelwave_handle handle);
 int qt_zelwave_process_command_line(vx_zelwave_handle handle, const char* text);

@@ -54,7 +54,13 @@ void cVxLogger::sendMsg(unsigned severity, const std::string& text) const
 {
     if (severity > mMaxSeverity)
         return;
-    cVxString line = vxString::trim(text);
+    // A message is one line of bounded length: a log must stay readable when a caller hands it
+    // megabytes of bad input.
+    constexpr size_t kMaxLength = 4096;
+    cVxString line = text.size() > kMaxLength
+                         ? cVxString(vxString::trim(std::string_view(text).substr(0, kMaxLength - 96)) + " ... (" +
+                                     std::to_string(text.size()) + " characters)")
+                         : cVxString(vxString::trim(text));
     line.replaceNewlineBySpace();
     if (mCallBack)
         mCallBack->loggerCallBackVirtualLogMessage(severity, line);

@@ -13,7 +13,8 @@ void wxLogSink::loggerCallBackVirtualLogMessage(unsigned severity, const std::st
             mBacklog.push_back({severity, text});
     }
     // Queued connection: the receiver lives on the main thread.
-    emit messageLogged(severity, QString::fromStdString(text));
+    if (severity <= mWindowMaxSeverity)
+        emit messageLogged(severity, QString::fromStdString(text));
 }
 
 bool wxLogSink::attachLogFile(unsigned severity, const std::string& fileName)

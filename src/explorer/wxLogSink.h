@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <atomic>
+
 #include <string>
 #include <vector>
 
@@ -23,6 +25,8 @@ public:
     bool attachLogFile(unsigned severity, const std::string& fileName);
     // No file will come: forget the early lines.
     void dropBacklog();
+    // The status bar and the log pane show messages up to this severity (warnings by default).
+    void setWindowMaxSeverity(unsigned severity) { mWindowMaxSeverity = severity; }
 
 signals:
     void messageLogged(unsigned severity, QString text);
@@ -32,6 +36,7 @@ private:
     cVxMutex mWriteMutex;  // the file stream is shared by the threads that log
     std::vector<vxLogger::cBufferedMessages> mBacklog;
     bool mKeepBacklog = true;
+    std::atomic<unsigned> mWindowMaxSeverity{vxLogger::warning};
 };
 
 }  // namespace vx3

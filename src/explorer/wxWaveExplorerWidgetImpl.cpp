@@ -169,27 +169,58 @@ int wxWaveExplorerWidgetImpl::executeCommandFromThread(wxWaveExplorerCommand& co
 
     cVxScopedLock lock(mBridgeMutex);
     mBridgeCommand = command;
-    mBridgeResult = kBridgePending;
+    mBridgeResult.store(kBridgePending);
     mBridgeUseThread = useThread;
-    QCoreApplication::postEvent(this, new cExecuteCommandEvent());
-    while (mBridgeResult == kBridgePending)
+    mBridgeRequest.store(true, std::memory_order_release);
+    QCoreApplication::postEvent(this, new cExecuteCommandEvent(), Qt::HighEventPriority);
+    // Most commands take microseconds: look at the result a little before sleeping, which
+    // saves a wake-up per command, then wait on the condition (which releases the lock).
+    {
+        mBridgeMutex.unlock();
+        for (int spin = 0; spin < 4000 && mBridgeResult.load(std::memory_order_acquire) == kBridgePending; ++spin)
+            __builtin_ia32_pause();
+        mBridgeMutex.lock();
+    }
+    while (mBridgeResult.load() == kBridgePending)
         mBridgeCondition.waitForCondition(lock);
     command = mBridgeCommand;
-    return mBridgeResult;
+    return mBridgeResult.load();
 }
 
 bool wxWaveExplorerWidgetImpl::event(QEvent* event)
 {
     if (event->type() == static_cast<QEvent::Type>(waveExplorerEvent::execute_command)) {
-        cVxScopedLock lock(mBridgeMutex);
-        int result = executeCommandFromThreadImpl(mBridgeCommand, mBridgeUseThread);
-        if (result == kBridgePending)
-            result = 3;  // the waiter must not take a real 18 for "still pending"
-        mBridgeResult = result;
-        mBridgeCondition.notifyOne();
+        serveBridge();
         return true;
     }
     return QWidget::event(event);
+}
+
+void wxWaveExplorerWidgetImpl::serveBridge()
+{
+    // A session sends its next command right after our reply: wait a moment for it here rather
+    // than go back to sleep in the event loop and be woken again. The posted event of a request
+    // served this way finds nothing left to do.
+    while (true) {
+        {
+            cVxScopedLock lock(mBridgeMutex);
+            if (!mBridgeRequest.load(std::memory_order_acquire))
+                return;
+            mBridgeRequest.store(false);
+            int result = executeCommandFromThreadImpl(mBridgeCommand, mBridgeUseThread);
+            if (result == kBridgePending)
+                result = 3;  // the waiter must not take a real 18 for "still pending"
+            mBridgeResult.store(result, std::memory_order_release);
+            mBridgeCondition.notifyOne();
+        }
+        int spin = 0;
+        while (spin < 2000 && !mBridgeRequest.load(std::memory_order_acquire)) {
+            __builtin_ia32_pause();
+            ++spin;
+        }
+        if (spin == 2000)
+            return;
+    }
 }
 
 void wxWaveExplorerWidgetImpl::refreshBrowser()

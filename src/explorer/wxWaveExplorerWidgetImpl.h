@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+#include <atomic>
 #include <deque>
 #include <map>
 #include <memory>
@@ -72,6 +73,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void serveBridge();
     int performCommand(wxWaveExplorerCommand& command, bool useThread);
     int performOption(wxWaveExplorerCommand& command);
     int performSetFirstSectionIdentifier(wxWaveExplorerCommand& command);
@@ -92,7 +94,8 @@ private:
     cVxMutex mBridgeMutex;
     cVxCondition mBridgeCondition;
     wxWaveExplorerCommand mBridgeCommand;
-    int mBridgeResult = 0;
+    std::atomic<int> mBridgeResult{0};
+    std::atomic<bool> mBridgeRequest{false};
     bool mBridgeUseThread = false;
 
     int mLastResult = 0;

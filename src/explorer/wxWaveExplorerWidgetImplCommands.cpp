@@ -150,7 +150,8 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
     }
     int result = cStoreCommands::perform(command, *mStore, mLogger);
     if (result != cStoreCommands::not_a_store_command) {
-        mStoreChanged = true;
+        if (cStoreCommands::checkChangesStore(command.actionType))
+            mStoreChanged = true;
         return result;
     }
     mLogger.warnMsg("The command \"" + command.word() + "\" was not performed: this version has no performer for it.");

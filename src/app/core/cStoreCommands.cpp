@@ -341,6 +341,21 @@ int cStoreCommands::perform(wxWaveExplorerCommand& command, cCurvePlotDataFile& 
     }
 }
 
+bool cStoreCommands::checkChangesStore(int actionType)
+{
+    switch (actionType) {
+    case cmd_add_section:
+    case cmd_add_curve:
+    case cmd_add_points:
+    case cmd_close_section:
+    case cmd_close_file:
+    case cmd_close_all:
+        return true;
+    default:
+        return false;
+    }
+}
+
 cStoreCommands::cBrowserRows cStoreCommands::listForBrowser(const cCurvePlotDataFile& constStore, size_t limit)
 {
     // The store's lookups are not const (they keep caches); reading them changes nothing visible.

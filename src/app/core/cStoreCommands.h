@@ -17,6 +17,8 @@ public:
     enum : int { not_a_store_command = -1 };
     // 0 success, 3 failure, 4 file not found; not_a_store_command for other words.
     static int perform(wxWaveExplorerCommand& command, cCurvePlotDataFile& store, const cVxLogger& logger);
+    // Whether a command of this number can change the store (the views then refresh).
+    static bool checkChangesStore(int actionType);
 
     // What a simple browser shows: sections with at most `limit` curves each.
     struct cCurveRow {

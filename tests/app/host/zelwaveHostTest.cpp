@@ -217,6 +217,19 @@ TEST(zelwaveHost, StoreCommandsBuildAndAnswer)
     processEventsFor(50);
 }
 
+TEST(zelwaveHost, XmlCommandTextRunsAsOneText)
+{
+    QWidget host;
+    void* handle = qt_zelwave_create_widget(&host, 0, 0, 300, 200, 0);
+    ASSERT_NE(handle, nullptr);
+    // The host hands a dropped text to the same door; here through the wrapper of the widget.
+    std::string xml = "<?xml version=\"1.0\" ?>\n<vx_zelwave_command>\nadd_section dropped\n"
+                      "get_number_of_sections\n</vx_zelwave_command>\n";
+    EXPECT_EQ(qt_zelwave_execute_xml_command(handle, xml.c_str(), "plot 1"), vx_code_ok);
+    EXPECT_EQ(results(handle), std::vector<std::string>{"1"});
+    EXPECT_EQ(qt_zelwave_execute_xml_command(handle, "no xml", ""), vx_code_parse_failed);
+}
+
 int main(int argc, char** argv)
 {
     ::testing::InitGoogleTest(&argc, argv);

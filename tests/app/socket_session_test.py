@@ -1,0 +1,226 @@
+#!/usr/bin/python3
+"""The interactive socket as a listening tool sees it: the viewer connects to us, says it is
+ready, and answers every command line with "0", "1" or "2" and its values."""
+import os
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROGRAM = None
+
+
+class Peer:
+    """A listening tool with one viewer connected to it."""
+
+    def __init__(self, workdir, extra=()):
+        self.listener = socket.socket(socket.AF_INET, socket.SOCK_STREAM)
+        self.listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+        self.listener.bind(("127.0.0.1", 0))
+        self.listener.listen(1)
+        self.listener.settimeout(30)
+        port = self.listener.getsockname()[1]
+        self.log = os.path.join(workdir, "session.log")
+        env = dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=workdir)
+        self.process = subprocess.Popen(
+            [PROGRAM, "--socket", "127.0.0.1", str(port), "--log", self.log, "6", *extra],
+            cwd=workdir, env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.connection, _ = self.listener.accept()
+        self.connection.settimeout(30)
+        self.pending = b""
+
+    def line(self):
+        while b"\n" not in self.pending:
+            chunk = self.connection.recv(65536)
+            if not chunk:
+                raise EOFError("the viewer closed the socket")
+            self.pending += chunk
+        line, self.pending = self.pending.split(b"\n", 1)
+        return line.decode()
+
+    def ask(self, command):
+        self.connection.sendall(command.encode() + b"\n")
+        return self.line()
+
+    def log_text(self):
+        with open(self.log, encoding="utf-8", errors="replace") as f:
+            return f.read()
+
+    def wait_for_log(self, text, seconds=10):
+        end = time.time() + seconds
+        while time.time() < end:
+            if text in self.log_text():
+                return True
+            time.sleep(0.05)
+        return False
+
+    def close(self):
+        try:
+            self.connection.close()
+        finally:
+            self.listener.close()
+            if self.process.poll() is None:
+                self.process.terminate()
+                try:
+                    self.process.wait(10)
+                except subprocess.TimeoutExpired:
+                    self.process.kill()
+
+
+class SocketSession(unittest.TestCase):
+    def setUp(self):
+        self.dir = tempfile.TemporaryDirectory(prefix="zelwave-socket-")
+        self.peer = Peer(self.dir.name)
+        self.assertEqual(self.peer.line(), "0", "the ready line comes first")
+
+    def tearDown(self):
+        self.peer.close()
+        self.dir.cleanup()
+
+    def path(self, name):
+        return os.path.join(self.dir.name, name)
+
+    def write(self, name, text):
+        with open(self.path(name), "w") as f:
+            f.write(text)
+
+    def test_commands_and_replies(self):
+        p = self.peer
+        self.assertEqual(p.ask("add_section tran"), "0")
+        self.assertEqual(p.ask("add_curve tran v(out) 0 V s 0 0 1e-9 1"), "0")
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "1"')
+        self.assertEqual(p.ask("get_curve_name tran 0"), '0 "v(out)"')
+        self.assertEqual(p.ask("help wait").split(" ", 1)[0], "0")
+        self.assertEqual(p.ask("no_such_command"), "1", "a bad command fails, the session goes on")
+        self.assertEqual(p.ask("get_curve_name tran x"), "1")
+        self.assertEqual(p.ask(""), "0", "an empty line is an empty command")
+        # A value with a quote stays on one line.
+        self.assertEqual(p.ask('add_section \\"odd\\"name'), "0")
+        self.assertEqual(p.ask("get_section_name 1"), '0 "\\"odd\\"name"')
+        # wait holds the queue: what follows is queued, and runs when the wait is over.
+        self.assertEqual(p.ask("wait 0.2"), "0")
+        self.assertEqual(p.ask("add_section later"), "2")
+        time.sleep(0.5)
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "3"')
+
+    def test_segments(self):
+        p = self.peer
+        p.connection.sendall(b"add_section a\nget_number_of_sections\nget_section_name 0\n")
+        self.assertEqual([p.line(), p.line(), p.line()], ["0", '0 "1"', '0 "a"'], "replies in order")
+        p.connection.sendall(b"get_number_")
+        time.sleep(0.05)
+        p.connection.sendall(b"of_sections\n")
+        self.assertEqual(p.line(), '0 "1"', "a line sent in two pieces is joined")
+        p.connection.sendall(b"\x00\xff\xfe binary \x01\x02\n")
+        self.assertEqual(p.line(), "1", "garbage is a bad command")
+        # Ten megabytes in one line are one bad command; the session goes on.
+        p.connection.sendall(b"x" * (10 << 20) + b"\nget_number_of_sections\n")
+        self.assertEqual([p.line(), p.line()], ["1", '0 "1"'])
+        # A line longer than the bound is dropped; its end is answered with a failure.
+        p.connection.sendall(b"y" * (20 << 20))
+        p.connection.sendall(b"\nget_number_of_sections\n")
+        self.assertEqual([p.line(), p.line()], ["1", '0 "1"'])
+        self.assertTrue(p.wait_for_log("was dropped."))
+        self.assertLess(os.path.getsize(p.log), 1 << 20, "the log stays small")
+        self.assertEqual(p.ask("get_section_name 0"), '0 "a"', "the store is untouched")
+
+    def test_shutdown_leaves_the_program_running(self):
+        p = self.peer
+        self.assertEqual(p.ask("add_section kept"), "0")
+        self.assertEqual(p.ask("shut_down_interactive_socket"), "0")
+        self.assertEqual(p.connection.recv(16), b"", "the viewer closes the socket")
+        time.sleep(0.3)
+        self.assertIsNone(p.process.poll(), "the program runs on")
+
+    def test_peer_vanishing_mid_line(self):
+        p = self.peer
+        self.assertEqual(p.ask("add_section kept"), "0")
+        p.connection.sendall(b"get_numb")
+        p.connection.close()
+        self.assertTrue(p.wait_for_log("Interactive Mode: Socket read error."), p.log_text())
+        self.assertTrue(p.wait_for_log("Exitting interactive socket mode."))
+        time.sleep(0.3)
+        self.assertIsNone(p.process.poll(), "the program runs on")
+
+    def test_command_files_nest_and_record(self):
+        p = self.peer
+        os.mkdir(self.path("sub"))
+        self.write("sub/inner.cmd", "add_section inner\nadd_curve inner i(r1) 0 A s 0 0 1 1\n")
+        self.write("outer.cmd",
+                   "add_section outer\n"
+                   "execute_command_file sub/inner.cmd\n"
+                   "execute_command_file outer.cmd\n"
+                   "not_a_command\n"
+                   "get_number_of_sections\n")
+        self.assertEqual(p.ask("register_command_file rec.cmd"), "0")
+        self.assertEqual(p.ask("execute_command_file outer.cmd"), "1",
+                         "the file ran to its end; a failing line (and the refused self call) makes it 1")
+        self.assertEqual(p.ask("unregister_command_file rec.cmd"), "0")
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "2"')
+        self.assertIn("has already been executed", p.log_text())
+        with open(self.path("rec.cmd")) as f:
+            recorded = f.read().splitlines()
+        self.assertEqual(recorded[0], "# zelwave command file, automatically generated by zelwave")
+        commands = [line for line in recorded if not line.startswith("#")]
+        self.assertEqual(commands, ["add_section outer", "add_section inner",
+                                    "add_curve inner i(r1) 0 A s 0 0 1 1", "get_number_of_sections"],
+                         "what is performed is recorded; a line that does not parse is not")
+        self.assertTrue(any(line.startswith("# Reading command file") for line in recorded))
+        # The recording repeats the session.
+        self.assertEqual(p.ask("close_all"), "0")
+        self.assertEqual(p.ask("execute_command_file rec.cmd"), "0")
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "2"')
+        self.assertEqual(p.ask("get_curve_name inner 0"), '0 "i(r1)"')
+
+    def test_recording_limit(self):
+        p = self.peer
+        for i in range(10):
+            self.assertEqual(p.ask("register_command_file rec%d.cmd" % i), "0")
+        self.assertEqual(p.ask("register_command_file rec10.cmd"), "1")
+        self.assertIn("Not more than 10 command files can be generated at the same time.", p.log_text())
+        self.assertEqual(p.ask("add_section s"), "0")
+        for i in range(10):
+            self.assertEqual(p.ask("unregister_command_file rec%d.cmd" % i), "0")
+            with open(self.path("rec%d.cmd" % i)) as f:
+                self.assertIn("add_section s", f.read().splitlines())
+        self.assertFalse(os.path.exists(self.path("rec10.cmd")))
+
+
+class Connecting(unittest.TestCase):
+    def test_retries_until_the_peer_listens(self):
+        with tempfile.TemporaryDirectory(prefix="zelwave-socket-") as workdir:
+            probe = socket.socket()
+            probe.bind(("127.0.0.1", 0))
+            port = probe.getsockname()[1]
+            probe.close()
+            env = dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=workdir)
+            log = os.path.join(workdir, "connect.log")
+            process = subprocess.Popen([PROGRAM, "--socket", "localhost", str(port), "--log", log],
+                                       cwd=workdir, env=env, stdout=subprocess.DEVNULL,
+                                       stderr=subprocess.DEVNULL)
+            try:
+                time.sleep(0.8)
+                with open(log) as f:
+                    self.assertIn("Interactive Mode: Failed to connect to socket ( ip = localhost", f.read())
+                listener = socket.socket()
+                listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+                listener.bind(("127.0.0.1", port))
+                listener.listen(1)
+                listener.settimeout(20)
+                connection, _ = listener.accept()
+                connection.settimeout(20)
+                self.assertEqual(connection.recv(16), b"0\n")
+                connection.sendall(b"get_number_of_sections\n")
+                self.assertEqual(connection.recv(64), b'0 "0"\n')
+                connection.close()
+                listener.close()
+            finally:
+                process.terminate()
+                process.wait(10)
+
+
+if __name__ == "__main__":
+    PROGRAM = sys.argv.pop(1)
+    unittest.main(verbosity=2)
