@@ -225,12 +225,14 @@ int wxZelWaveWidgetWrapper::listenToSocketImpl(const std::string& address, unsig
     const std::string where = "( ip = " + address + " port = " + std::to_string(port) + " )";
     mSocket.setTimeout(0, 200000);  // the exit flag is seen within this time
     mSocket.setLogger(&mLogger);
-    while (true) {
+    for (unsigned attempt = 0;; ++attempt) {
         if (checkExitInteractiveMode())
             return vx_code_error;
         if (mSocket.connectToStreamSocket(address, port) == 0)
             break;
-        mLogger.errorMsg("Interactive Mode: Failed to connect to socket " + where + ".");
+        // Retried five times a second until the peer listens: the log tells it once as an error.
+        mLogger.sendMsg(attempt == 0 ? vxLogger::error : vxLogger::debug,
+                        "Interactive Mode: Failed to connect to socket " + where + ".");
         usleep(200000);
     }
     mLogger.infoMsg("Interactive Mode: connected to socket " + where + ".");
