@@ -22,6 +22,24 @@ void postCloseRetry(QObject* target)
         QCoreApplication::postEvent(target, new QEvent(static_cast<QEvent::Type>(zelWaveWindow::retry_close_event)));
     });
 }
+// A running command file or socket session holds the command lock: the close is refused and
+// tried again until the task has ended.
+void closeWhenCommandLockIsFree(wxZelWaveWidgetWrapper& wrapper, QWidget* widget, QCloseEvent* event)
+{
+    if (!wrapper.checkIsClosing()) {
+        wrapper.shutDownSocket();
+        wrapper.setClosing();
+    }
+    zelWaveRegistry().remove(widget);
+    cVxScopedTryLock lock(wrapper.commandMutex());
+    if (lock.checkIsLocked()) {
+        wrapper.applicationCloses();
+        event->accept();
+    } else {
+        event->ignore();
+        postCloseRetry(widget);
+    }
+}
 }  // namespace
 
 void triggerWidgetDestroyedCallBack(wxZelWaveWidgetWrapper* wrapper, void* handle)
@@ -104,23 +122,11 @@ void qtZelWaveMainWindow::showTopLevel(bool show)
 
 void qtZelWaveMainWindow::handleCloseEvent(QCloseEvent* event)
 {
-    if (!checkIsClosing()) {
-        if (!checkIfApplicationCanExit()) {
-            event->ignore();
-            return;
-        }
-        shutDownSocket();
-        setClosing();
+    if (!checkIsClosing() && !checkIfApplicationCanExit()) {
+        event->ignore();  // the user kept unsaved work
+        return;
     }
-    zelWaveRegistry().remove(mWindow);
-    cVxScopedTryLock lock(commandMutex());
-    if (lock.checkIsLocked()) {
-        applicationCloses();
-        event->accept();
-    } else {
-        event->ignore();
-        postCloseRetry(mWindow);
-    }
+    closeWhenCommandLockIsFree(*this, mWindow, event);
 }
 
 void qtZelWaveMainWindow::handleCustomEvent(QEvent* event)
@@ -183,19 +189,7 @@ void qtZelWaveWidget::showTopLevel(bool show)
 
 void qtZelWaveWidget::handleCloseEvent(QCloseEvent* event)
 {
-    if (!checkIsClosing()) {
-        shutDownSocket();
-        setClosing();
-    }
-    zelWaveRegistry().remove(mWidget);
-    cVxScopedTryLock lock(commandMutex());
-    if (lock.checkIsLocked()) {
-        applicationCloses();
-        event->accept();
-    } else {
-        event->ignore();
-        postCloseRetry(mWidget);
-    }
+    closeWhenCommandLockIsFree(*this, mWidget, event);
 }
 
 }  // namespace vx3

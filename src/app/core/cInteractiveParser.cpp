@@ -1,6 +1,7 @@
 #include "cInteractiveParser.h"
 
 #include <clocale>
+#include <cstdint>
 #include <cstdlib>
 #include <iostream>
 #include <locale.h>
@@ -51,10 +52,9 @@ size_t cInteractiveParser::readToken(const std::string& text, size_t position, s
     return position;
 }
 
-size_t cInteractiveParser::parseImpl(const std::string& text, size_t position)
+size_t cInteractiveParser::appendTokens(const std::string& text, size_t position, size_t maxTokens)
 {
-    mTokens.clear();
-    while (position < text.size()) {
+    for (size_t count = 0; count < maxTokens && position < text.size(); ++count) {
         while (position < text.size() && isBlankOrTab(text[position]))
             ++position;
         if (position >= text.size() || isLineEnd(text[position]))
@@ -64,6 +64,12 @@ size_t cInteractiveParser::parseImpl(const std::string& text, size_t position)
         mTokens.push_back(std::move(token));
     }
     return position;
+}
+
+size_t cInteractiveParser::parseImpl(const std::string& text, size_t position)
+{
+    mTokens.clear();
+    return appendTokens(text, position, SIZE_MAX);
 }
 
 size_t cInteractiveParser::skipToRemainder(const std::string& text, size_t position)
@@ -93,17 +99,7 @@ bool cInteractiveParser::parseCmdAndLengthAndString(std::string& command, std::s
 {
     mTokens.clear();
     const std::string& text = command;
-    size_t position = 0;
-    std::string token;
-    // the command word and the length
-    for (int i = 0; i < 2; ++i) {
-        while (position < text.size() && isBlankOrTab(text[position]))
-            ++position;
-        if (position >= text.size() || isLineEnd(text[position]))
-            break;
-        position = readToken(text, position, token);
-        mTokens.push_back(token);
-    }
+    size_t position = appendTokens(text, 0, 2);  // the command word and the length
     if (mTokens.size() == 2) {
         uint64_t length = 0;
         std::string payload;
@@ -116,14 +112,7 @@ bool cInteractiveParser::parseCmdAndLengthAndString(std::string& command, std::s
             }
         }
         mTokens.push_back(payload);
-        while (position < text.size()) {
-            while (position < text.size() && isBlankOrTab(text[position]))
-                ++position;
-            if (position >= text.size() || isLineEnd(text[position]))
-                break;
-            position = readToken(text, position, token);
-            mTokens.push_back(token);
-        }
+        position = appendTokens(text, position, SIZE_MAX);
     }
     size_t remainder = skipToRemainder(text, position);
     mConsumed = remainder;

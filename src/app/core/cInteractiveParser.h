@@ -43,6 +43,8 @@ public:
 private:
     // Reads the tokens of one line from position; returns where the line ended.
     size_t parseImpl(const std::string& text, size_t position);
+    // Reads at most maxTokens more tokens of the line from position; returns where it stopped.
+    size_t appendTokens(const std::string& text, size_t position, size_t maxTokens);
     static size_t readToken(const std::string& text, size_t position, std::string& token);
     static size_t skipToRemainder(const std::string& text, size_t position);
 
