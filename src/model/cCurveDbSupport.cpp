@@ -32,6 +32,22 @@ bool cCurveDbSupport::checkDbSupportActive() const
     return mFile && checkLocalDbSupportActive() && fileDbSupport::checkDbSupportActive(getLocalOrGlobalDbType());
 }
 
+bool cCurveDbSupport::checkOrAdjustDbSizeFromFileSize(uint64_t start, uint64_t stride, uint64_t width,
+                                                      uint64_t fileSize)
+{
+    if (start > fileSize || fileSize - start < width) {
+        mDbSize = 0;
+        return false;
+    }
+    // The last value that fits starts at most at fileSize - width.
+    const uint64_t fitting = stride ? (fileSize - width - start) / stride + 1 : mDbSize;
+    if (mDbSize > fitting)
+        mDbSize = fitting;
+    return mDbSize > 0;
+}
+
+bool cCurveDbSupport::openFile(const cVxLogger* logger) const { return mFile && mFile->openFile(logger); }
+
 void cCurveDbSupport::addDbEntry(uint64_t position, uint64_t size)
 {
     mEntryPositions.push_back(position);

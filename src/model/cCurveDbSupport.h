@@ -8,6 +8,7 @@
 namespace vx3 {
 
 class cFileDbSupport;
+class cVxLogger;
 
 class cCurveDbSupport {
 public:
@@ -26,6 +27,16 @@ public:
 
     uint64_t getDbSize() const { return mDbSize; }
     void setDbSize(uint64_t size) { mDbSize = size; }
+    // Bytes from one value to the next in the file, for formats that store a row of all curves
+    // per point; 0 for packed values.
+    uint64_t getDbStride() const { return mDbStride; }
+    void setDbStride(uint64_t stride) { mDbStride = stride; }
+    // For a file that a simulator may still be writing: the db size is cut to the values of
+    // width bytes, the first at start and each stride after the previous, that lie inside a file
+    // of fileSize bytes. False (and size 0) when not even one fits.
+    bool checkOrAdjustDbSizeFromFileSize(uint64_t start, uint64_t stride, uint64_t width, uint64_t fileSize);
+    // Opens the owning file's handles; false (logged) when there is no file or it can't be opened.
+    bool openFile(const cVxLogger* logger = nullptr) const;
 
     void addDbEntry(uint64_t position, uint64_t size);
     uint64_t getNbOfDbEntries() const { return mEntryPositions.size(); }
@@ -50,6 +61,7 @@ private:
     cFileDbSupport* mFile = nullptr;
     unsigned mLocalDbType = 0;
     uint64_t mDbSize = 0;
+    uint64_t mDbStride = 0;
     std::vector<uint64_t> mEntryPositions;
     std::vector<uint64_t> mEntrySizes;
     int mReferenceCount = 0;

@@ -4,29 +4,34 @@
 #include <cstdlib>
 #include <limits>
 
+#include "model/curveMemory.h"
+
 namespace vx3 {
 
-void cCurvePlotData::cFree::operator()(char* p) const { std::free(p); }
+void cCurvePlotData::cFree::operator()(char* p) const { curveMemory::release(p); }
 
 namespace {
 char* allocateBytes(uint64_t bytes)
 {
     if (bytes > std::numeric_limits<size_t>::max())
         return nullptr;
-    return static_cast<char*>(std::malloc(bytes ? static_cast<size_t>(bytes) : 1));
+    return curveMemory::allocate(bytes ? bytes : 1);
 }
 
 // a * b, or false on overflow.
-bool multiply(uint64_t a, uint64_t b, uint64_t& result)
+bool multiply(uint64_t a, uint64_t b, uint64_t& result) { return !__builtin_mul_overflow(a, b, &result); }
+
+// The growth rule: at least wanted, at least twice the old size, a multiple of the element size.
+uint64_t grownSize(uint64_t wanted, uint64_t allocated, uint64_t elementSize)
 {
-    return !__builtin_mul_overflow(a, b, &result);
+    uint64_t size = std::max(wanted, allocated > UINT64_MAX / 2 ? wanted : allocated * 2);
+    if (elementSize > 1 && size % elementSize)
+        size += elementSize - size % elementSize;
+    return size;
 }
 }  // namespace
 
-cCurvePlotData::cCurvePlotData(const cCurvePlotData& other) : cDerivedCurveFunction(other)
-{
-    *this = other;
-}
+cCurvePlotData::cCurvePlotData(const cCurvePlotData& other) : cDerivedCurveFunction(other) { *this = other; }
 
 cCurvePlotData& cCurvePlotData::operator=(const cCurvePlotData& other)
 {
@@ -35,7 +40,7 @@ cCurvePlotData& cCurvePlotData::operator=(const cCurvePlotData& other)
     cDerivedCurveFunction::operator=(other);
     mStorage.reset();
     if (other.mStorage) {
-        // Only the block size is kept: a copy needs the same room, including the parameterized gap.
+        // The whole block: the parameterized gap and the vector part depend on its size.
         mStorage.reset(allocateBytes(other.mAllocatedSize));
         if (mStorage)
             std::memcpy(mStorage.get(), other.mStorage.get(), other.mAllocatedSize);
@@ -49,6 +54,8 @@ cCurvePlotData& cCurvePlotData::operator=(const cCurvePlotData& other)
     mXSize = other.mXSize;
     mYSize = other.mYSize;
     mPairCapacity = copied ? other.mPairCapacity : 0;
+    mVectorWidth = other.mVectorWidth;
+    resetWritePositions();
     return *this;
 }
 
@@ -68,7 +75,11 @@ cCurvePlotData& cCurvePlotData::operator=(cCurvePlotData&& other) noexcept
     mXSize = other.mXSize;
     mYSize = other.mYSize;
     mPairCapacity = other.mPairCapacity;
+    mVectorWidth = other.mVectorWidth;
+    mXWrite = other.mXWrite;
+    mYWrite = other.mYWrite;
     other.mUsedSize = other.mAllocatedSize = other.mValueCount = other.mPairCapacity = 0;
+    other.mXWrite = other.mYWrite = nullptr;
     return *this;
 }
 
@@ -79,11 +90,38 @@ uint64_t cCurvePlotData::getVectorSize() const
     return mElementSize ? mUsedSize / mElementSize : 0;
 }
 
+void cCurvePlotData::setUsedValueCount(uint64_t count)
+{
+    if (checkIsParameterizedLayout()) {
+        mValueCount = std::min(count, mPairCapacity);
+        mUsedSize = mValueCount * (mXSize + mYSize);
+    } else if (mVectorWidth) {
+        mValueCount = std::min(count, mAllocatedSize / (mVectorWidth + 8));
+        mUsedSize = mValueCount * (mVectorWidth + 8);
+    } else {
+        mUsedSize = mElementSize ? std::min(count * mElementSize, mAllocatedSize - mAllocatedSize % mElementSize) : 0;
+        mValueCount = 0;  // derived from the used size
+    }
+    resetWritePositions();
+}
+
+void cCurvePlotData::resetWritePositions()
+{
+    if (mXSize && mStorage) {
+        mXWrite = mStorage.get() + mValueCount * mXSize;
+        mYWrite = mStorage.get() + mPairCapacity * mXSize + mValueCount * mYSize;
+    } else {
+        mXWrite = mYWrite = nullptr;
+    }
+}
+
 void cCurvePlotData::resetWriteState()
 {
     mUsedSize = 0;
     mValueCount = 0;
     mXSize = mYSize = mPairCapacity = 0;
+    mVectorWidth = 0;
+    mXWrite = mYWrite = nullptr;
 }
 
 void cCurvePlotData::freeStorage()
@@ -95,12 +133,9 @@ void cCurvePlotData::freeStorage()
 
 void cCurvePlotData::clearValues()
 {
-    const uint64_t xSize = mXSize, ySize = mYSize, pairs = mPairCapacity;
-    resetWriteState();
-    // The parameterized layout stays: its block still has room for the same pairs.
-    mXSize = xSize;
-    mYSize = ySize;
-    mPairCapacity = pairs;
+    mUsedSize = 0;
+    mValueCount = 0;
+    resetWritePositions();
 }
 
 bool cCurvePlotData::setSize(uint64_t count, uint64_t elementSize)
@@ -117,34 +152,38 @@ bool cCurvePlotData::setSize(uint64_t count, uint64_t elementSize)
     return true;
 }
 
-bool cCurvePlotData::resizeStorageVariableSize(uint64_t wanted)
+bool cCurvePlotData::reallocate(uint64_t bytes)
 {
-    if (wanted <= mAllocatedSize)
-        return true;
-    uint64_t size = std::max(wanted, mAllocatedSize > UINT64_MAX / 2 ? wanted : mAllocatedSize * 2);
-    if (mElementSize > 1 && size % mElementSize)
-        size += mElementSize - size % mElementSize;
-    std::unique_ptr<char, cFree> grown(allocateBytes(size));
+    if (bytes > std::numeric_limits<size_t>::max())
+        return false;
+    char* grown = curveMemory::reallocate(mStorage.get(), bytes ? bytes : 1);
     if (!grown)
         return false;
-    if (mUsedSize)
-        std::memcpy(grown.get(), mStorage.get(), mUsedSize);
-    mStorage = std::move(grown);
-    mAllocatedSize = size;
+    (void)mStorage.release();
+    mStorage.reset(grown);
+    mAllocatedSize = bytes;
+    return true;
+}
+
+bool cCurvePlotData::resizeStorageVariableSize(uint64_t wanted)
+{
+    if (wanted <= mAllocatedSize && mStorage)
+        return true;
+    if (!reallocate(grownSize(wanted, mAllocatedSize, mElementSize)))
+        return false;
+    resetWritePositions();
     return true;
 }
 
 bool cCurvePlotData::reserveForPush(uint64_t bytes)
 {
-    if (!mStorage || mUsedSize + bytes > mAllocatedSize) {
-        if (!mGrowth)
-            return false;
-        // Grow by 1024 elements at a time so that pushing stays amortised.
-        const uint64_t step = mElementSize > 1 ? (mElementSize << 10) : 1024;
-        if (!resizeStorageVariableSize(std::max(mAllocatedSize + step, mUsedSize + bytes)))
-            return false;
-    }
-    return true;
+    if (mStorage && mUsedSize + bytes <= mAllocatedSize)
+        return true;
+    if (!mGrowth)
+        return false;
+    // 1024 elements more at a time (1024 bytes for single characters) keeps pushing amortised.
+    const uint64_t step = mElementSize > 1 ? (mElementSize << 10) : 1024;
+    return resizeStorageVariableSize(std::max(mAllocatedSize + step, mUsedSize + bytes));
 }
 
 bool cCurvePlotData::assignValues(const void* values, uint64_t count, uint64_t elementSize)
@@ -158,6 +197,47 @@ bool cCurvePlotData::assignValues(const void* values, uint64_t count, uint64_t e
     return true;
 }
 
+// ---------------------------------------------------------------- strings
+
+bool cCurvePlotData::pushBackStringValue(std::string_view text)
+{
+    if (!reserveForPush(text.size() + 1))
+        return false;
+    std::memcpy(mStorage.get() + mUsedSize, text.data(), text.size());
+    mStorage.get()[mUsedSize + text.size()] = '\0';
+    mUsedSize += text.size() + 1;
+    ++mValueCount;  // strings have no element size: the count is always explicit
+    return true;
+}
+
+bool cCurvePlotData::pushBackConstantSizeString(std::string_view text, uint64_t size)
+{
+    if (!reserveForPush(size))
+        return false;
+    char* target = mStorage.get() + mUsedSize;
+    const uint64_t copied = std::min<uint64_t>(text.size(), size);
+    std::memcpy(target, text.data(), copied);
+    std::memset(target + copied, 0, size - copied);
+    mUsedSize += size;
+    if (mValueCount)
+        ++mValueCount;
+    return true;
+}
+
+const char* cCurvePlotData::getStringValue(uint64_t index) const
+{
+    const char* text = mStorage.get();
+    const char* end = text + mUsedSize;
+    for (uint64_t i = 0; text && text < end; ++i) {
+        if (i == index)
+            return text;
+        text += std::strlen(text) + 1;
+    }
+    return nullptr;
+}
+
+// ---------------------------------------------------------------- parameterized
+
 bool cCurvePlotData::setParameterizedSize(uint64_t count, uint64_t xSize, uint64_t ySize)
 {
     if (!xSize || !ySize || !setSize(count, xSize + ySize))
@@ -165,25 +245,25 @@ bool cCurvePlotData::setParameterizedSize(uint64_t count, uint64_t xSize, uint64
     mXSize = xSize;
     mYSize = ySize;
     mPairCapacity = count;
+    resetWritePositions();
     return true;
 }
 
 bool cCurvePlotData::growPairs()
 {
-    const uint64_t pairs = std::max<uint64_t>(mPairCapacity + 1024, mPairCapacity * 2);
-    uint64_t bytes = 0;
-    if (!multiply(pairs, mXSize + mYSize, bytes))
-        return false;
-    std::unique_ptr<char, cFree> grown(allocateBytes(bytes));
-    if (!grown)
-        return false;
-    if (mValueCount) {
-        std::memcpy(grown.get(), mStorage.get(), mValueCount * mXSize);
-        std::memcpy(grown.get() + pairs * mXSize, mStorage.get() + mPairCapacity * mXSize, mValueCount * mYSize);
+    const uint64_t pairSize = mXSize + mYSize;
+    uint64_t capacity = mAllocatedSize / pairSize;
+    const uint64_t oldCapacity = mPairCapacity;
+    if (capacity <= mValueCount) {
+        // No room left at the end of the block (a balanced block may still have some).
+        if (!reallocate(grownSize(mAllocatedSize + (pairSize << 10), mAllocatedSize, pairSize)))
+            return false;
+        capacity = mAllocatedSize / pairSize;
     }
-    mStorage = std::move(grown);
-    mAllocatedSize = bytes;
-    mPairCapacity = pairs;
+    char* base = mStorage.get();
+    std::memmove(base + capacity * mXSize, base + oldCapacity * mXSize, mValueCount * mYSize);
+    mPairCapacity = capacity;
+    resetWritePositions();
     return true;
 }
 
@@ -194,6 +274,115 @@ void cCurvePlotData::balanceParameterizedCurve()
     std::memmove(mStorage.get() + mValueCount * mXSize, mStorage.get() + mPairCapacity * mXSize,
                  mValueCount * mYSize);
     mPairCapacity = mValueCount;
+    resetWritePositions();
+}
+
+bool cCurvePlotData::unbalanceParameterizedValues(uint64_t extra)
+{
+    if (!mXSize)
+        return false;
+    const uint64_t pairSize = mXSize + mYSize;
+    uint64_t wanted = 0, bytes = 0;
+    if (__builtin_add_overflow(mValueCount, extra, &wanted) || !multiply(wanted, pairSize, bytes))
+        return false;
+    if (wanted <= mPairCapacity)
+        return true;
+    const uint64_t oldCapacity = mPairCapacity;
+    if (bytes > mAllocatedSize && !reallocate(bytes))
+        return false;
+    char* base = mStorage.get();
+    const uint64_t capacity = mAllocatedSize / pairSize;
+    std::memmove(base + capacity * mXSize, base + oldCapacity * mXSize, mValueCount * mYSize);
+    mPairCapacity = capacity;
+    resetWritePositions();
+    return true;
+}
+
+// ---------------------------------------------------------------- interleaved sparse
+
+bool cCurvePlotData::pushInterleavedRecord(const void* position, uint64_t positionSize, const char* value,
+                                           uint64_t width)
+{
+    if (mElementSize <= positionSize)
+        mElementSize = positionSize + width;
+    if (!reserveForPush(mElementSize))
+        return false;
+    char* record = mStorage.get() + mUsedSize;
+    const uint64_t room = mElementSize - positionSize;
+    const uint64_t copied = std::min(room, width);
+    std::memcpy(record, position, positionSize);
+    std::memcpy(record + positionSize, value, copied);
+    std::memset(record + positionSize + copied, 0, room - copied);
+    mUsedSize += mElementSize;
+    if (mValueCount)
+        ++mValueCount;
+    return true;
+}
+
+// ---------------------------------------------------------------- sparse with vectors
+
+bool cCurvePlotData::setValueVectorPairSize(uint64_t count, uint64_t width)
+{
+    if (!width || !setSize(count, width + 8))
+        return false;
+    mVectorWidth = width;
+    return true;
+}
+
+bool cCurvePlotData::growValueVectors()
+{
+    const uint64_t recordSize = mVectorWidth + 8;
+    const uint64_t oldOffset = vectorPartOffset(mVectorWidth);
+    if (!reallocate(grownSize(mAllocatedSize + (recordSize << 10), mAllocatedSize, recordSize)))
+        return false;
+    char* base = mStorage.get();
+    std::memmove(base + vectorPartOffset(mVectorWidth), base + oldOffset, mValueCount * mVectorWidth);
+    return true;
+}
+
+bool cCurvePlotData::pushBackValueVectorPair(uint64_t position, const char* vector, uint64_t width)
+{
+    if (!mVectorWidth || width != mVectorWidth)
+        return false;
+    if (!mStorage || mValueCount >= mAllocatedSize / (mVectorWidth + 8)) {
+        if (!mGrowth || !growValueVectors())
+            return false;
+    }
+    char* base = mStorage.get();
+    std::memcpy(base + mValueCount * 8, &position, 8);
+    std::memcpy(base + vectorPartOffset(width) + mValueCount * width, vector, width);
+    ++mValueCount;
+    mUsedSize += width + 8;
+    return true;
+}
+
+bool cCurvePlotData::pushValueVectorPairLeftExtend(uint64_t position, const char* bits, uint64_t nbBits, char fill,
+                                                   uint64_t targetWidth)
+{
+    if (targetWidth != mVectorWidth || !targetWidth)
+        return false;
+    if (nbBits >= targetWidth)
+        return pushBackValueVectorPair(position, bits + (nbBits - targetWidth), targetWidth);
+    // Logic vectors are short; longer ones take a heap buffer.
+    char small[256];
+    std::unique_ptr<char[]> large;
+    char* vector = small;
+    if (targetWidth > sizeof(small)) {
+        large.reset(new char[targetWidth]);
+        vector = large.get();
+    }
+    std::memset(vector, fill, targetWidth - nbBits);
+    std::memcpy(vector + (targetWidth - nbBits), bits, nbBits);
+    return pushBackValueVectorPair(position, vector, targetWidth);
+}
+
+bool cCurvePlotData::getValueVectorPair(uint64_t index, uint64_t& position, char* buffer, uint64_t width) const
+{
+    if (!mStorage || width != mVectorWidth || index >= mValueCount)
+        return false;
+    std::memcpy(&position, mStorage.get() + index * 8, 8);
+    std::memcpy(buffer, mStorage.get() + vectorPartOffset(width) + index * width, width);
+    return true;
 }
 
 }  // namespace vx3

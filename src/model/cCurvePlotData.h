@@ -1,11 +1,23 @@
 // The values of one curve: one owned raw block with its fill state.
+//
+// Layouts of the block, chosen by the data type:
+//  - flat: the samples in order (scalars, int128, complex pairs of floats or doubles);
+//  - parameterized: all x values, then all y values, filled through two write positions; the
+//    y half moves up when the block grows; balanceParameterizedCurve closes the gap at the end;
+//  - interleaved sparse: records of an x index or x value followed by the value;
+//  - sparse with vectors: all 64-bit positions, then the value vectors, the vector part starting
+//    at (allocated size / (width + 8)) * 8;
+//  - strings: zero-terminated strings one after the other, or fixed-size strings.
+// Everybody who wants the number of values asks getVectorSize.
 #pragma once
 
 #include <complex>
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
+#include "base/cLoggedException.h"
 #include "model/derivedCurveFunction.h"
 
 namespace vx3 {
@@ -19,7 +31,7 @@ public:
     cCurvePlotData& operator=(cCurvePlotData&& other) noexcept;
     ~cCurvePlotData() = default;
 
-    // Sizes
+    // ---- Sizes
     uint64_t getDataSize() const { return mUsedSize; }
     uint64_t getAllocatedSize() const { return mAllocatedSize; }
     uint64_t getElementSize() const { return mElementSize; }
@@ -28,22 +40,25 @@ public:
     uint64_t getVectorSize() const;
     uint64_t getValueCount() const { return mValueCount; }
     void setValueCount(uint64_t count) { mValueCount = count; }
+    // Declares count samples as present after a loader wrote them straight into the block.
+    void setUsedValueCount(uint64_t count);
     bool checkHasStorage() const { return mStorage != nullptr; }
     bool getGrowthFlag() const { return mGrowth; }
     void setGrowthFlag(bool flag) { mGrowth = flag; }
 
-    // Storage management
+    // ---- Storage management
     void freeStorage();
-    // Empties the values, keeps the block.
+    // Empties the values, keeps the block and its layout.
     void clearValues();
     // Room for count samples of elementSize bytes; the old values are dropped. False when out of memory.
     bool setSize(uint64_t count, uint64_t elementSize);
     // Grows to at least wanted bytes (twice the old size or more, a multiple of the element size),
-    // keeping the used bytes.
+    // keeping the used bytes; the write positions are reset.
     bool resizeStorageVariableSize(uint64_t wanted);
     // Replaces the values by a copy of count samples of elementSize bytes.
     bool assignValues(const void* data, uint64_t count, uint64_t elementSize);
 
+    // ---- Flat
     // Appends one sample; dropped silently when the block is full and the growth flag is off.
     template <typename T>
     bool pushBackValue(const T& value)
@@ -56,9 +71,50 @@ public:
             ++mValueCount;
         return true;
     }
+    template <typename T>
+    bool pushBackValueVector(const T* values, uint64_t count)
+    {
+        if (!count)
+            return true;
+        if (!reserveForPush(count * sizeof(T)))
+            return false;
+        std::memcpy(mStorage.get() + mUsedSize, values, count * sizeof(T));
+        mUsedSize += count * sizeof(T);
+        if (mValueCount)
+            mValueCount += count;
+        return true;
+    }
+    // Inserts a sample before index (index == count appends). Throws when index is past the end
+    // or the sample's width isn't the block's element size.
+    template <typename T>
+    void insertValue(uint64_t index, const T& value)
+    {
+        const uint64_t count = getVectorSize();
+        if (index > count || sizeof(T) != mElementSize || checkIsParameterizedLayout())
+            throw cLoggedException("cCurvePlotData::insertValue");
+        const bool growth = mGrowth;
+        mGrowth = true;
+        const bool ok = reserveForPush(sizeof(T));
+        mGrowth = growth;
+        if (!ok)
+            throw cLoggedException("cCurvePlotData::insertValue");
+        char* at = mStorage.get() + index * sizeof(T);
+        std::memmove(at + sizeof(T), at, (count - index) * sizeof(T));
+        std::memcpy(at, &value, sizeof(T));
+        mUsedSize += sizeof(T);
+        if (mValueCount)
+            ++mValueCount;
+    }
 
-    // Parameterized curves: all x values first, then all y values. setParameterizedSize
-    // prepares room for count pairs; pushBackValuePair fills both halves.
+    // ---- Strings
+    // data_string: appends text and its terminating zero.
+    bool pushBackStringValue(std::string_view text);
+    // Fixed-size strings: text cut or padded with zeros to size bytes.
+    bool pushBackConstantSizeString(std::string_view text, uint64_t size);
+    // The index-th zero-terminated string of a data_string block (a linear walk); null past the end.
+    const char* getStringValue(uint64_t index) const;
+
+    // ---- Parameterized: all x values first, then all y values.
     bool setParameterizedSize(uint64_t count, uint64_t xSize, uint64_t ySize);
     template <typename X, typename Y>
     bool pushBackValuePair(const X& x, const Y& y)
@@ -67,10 +123,12 @@ public:
             return false;
         if (mValueCount >= mPairCapacity && (!mGrowth || !growPairs()))
             return false;
-        std::memcpy(mStorage.get() + mValueCount * sizeof(X), &x, sizeof(X));
-        std::memcpy(mStorage.get() + mPairCapacity * sizeof(X) + mValueCount * sizeof(Y), &y, sizeof(Y));
+        std::memcpy(mXWrite, &x, sizeof(X));
+        std::memcpy(mYWrite, &y, sizeof(Y));
+        mXWrite += sizeof(X);
+        mYWrite += sizeof(Y);
         ++mValueCount;
-        mUsedSize = mValueCount * (sizeof(X) + sizeof(Y));
+        mUsedSize += sizeof(X) + sizeof(Y);
         return true;
     }
     template <typename X, typename Y>
@@ -82,17 +140,61 @@ public:
             std::memcpy(mStorage.get(), xs, count * sizeof(X));
             std::memcpy(mStorage.get() + count * sizeof(X), ys, count * sizeof(Y));
         }
-        mValueCount = count;
-        mUsedSize = count * (sizeof(X) + sizeof(Y));
+        setUsedValueCount(count);
         return true;
     }
     // Closes the gap between the x and y halves once a reader is done.
     void balanceParameterizedCurve();
+    // Opens room for extra more pairs behind the present ones (a reader that goes on filling).
+    bool unbalanceParameterizedValues(uint64_t extra);
     bool checkIsParameterizedLayout() const { return mXSize != 0; }
+    uint64_t getParameterizedCapacity() const { return mPairCapacity; }
+    uint64_t getParameterizedXSize() const { return mXSize; }
+    uint64_t getParameterizedYSize() const { return mYSize; }
+    char* parameterizedXData() { return mStorage.get(); }
+    char* parameterizedYData() { return mStorage ? mStorage.get() + mPairCapacity * mXSize : nullptr; }
     const char* parameterizedXData() const { return mStorage.get(); }
     const char* parameterizedYData() const { return mStorage ? mStorage.get() + mPairCapacity * mXSize : nullptr; }
 
-    // Typed views of the block (flat layout).
+    // ---- Interleaved sparse: records of position and value, element size = both together.
+    template <typename X, typename Y>
+    bool pushBackInterleavedValuePair(const X& x, const Y& y)
+    {
+        if (!reserveForPush(sizeof(X) + sizeof(Y)))
+            return false;
+        std::memcpy(mStorage.get() + mUsedSize, &x, sizeof(X));
+        std::memcpy(mStorage.get() + mUsedSize + sizeof(X), &y, sizeof(Y));
+        mUsedSize += sizeof(X) + sizeof(Y);
+        if (mValueCount)
+            ++mValueCount;
+        return true;
+    }
+    // A position (uint32_t or uint64_t) and element size - position size bytes of logic
+    // characters: the first width of them from logic, the rest zero.
+    template <typename P>
+    bool pushBackInterleavedSparse4StateValueLogicPair(P position, const char* logic, uint64_t width)
+    {
+        return pushInterleavedRecord(&position, sizeof(P), logic, width);
+    }
+    template <typename P>
+    bool pushBackInterleavedSparseValueVectorPair(P position, const char* vector, uint64_t width)
+    {
+        return pushInterleavedRecord(&position, sizeof(P), vector, width);
+    }
+
+    // ---- Sparse with vectors: 64-bit positions first, then vectors of width bytes each.
+    bool setValueVectorPairSize(uint64_t count, uint64_t width);
+    bool pushBackValueVectorPair(uint64_t position, const char* vector, uint64_t width);
+    // A vector of bits characters, extended on the left with fill up to the curve's width
+    // (a narrower value of a wider logic vector).
+    bool pushValueVectorPairLeftExtend(uint64_t position, const char* bits, uint64_t nbBits, char fill,
+                                       uint64_t targetWidth);
+    bool getValueVectorPair(uint64_t index, uint64_t& position, char* buffer, uint64_t width) const;
+    uint64_t getValueVectorWidth() const { return mVectorWidth; }
+    const uint64_t* valueVectorPositions() const { return reinterpret_cast<const uint64_t*>(mStorage.get()); }
+    const char* valueVectorData() const { return mStorage ? mStorage.get() + vectorPartOffset(mVectorWidth) : nullptr; }
+
+    // ---- Typed views of the block (flat layout).
     char* data() { return mStorage.get(); }
     const char* data() const { return mStorage.get(); }
     double* doubleValues() { return reinterpret_cast<double*>(mStorage.get()); }
@@ -121,9 +223,17 @@ public:
 private:
     bool reserveForPush(uint64_t bytes);
     bool growPairs();
+    bool growValueVectors();
+    bool pushInterleavedRecord(const void* position, uint64_t positionSize, const char* value, uint64_t width);
     void resetWriteState();
+    void resetWritePositions();
+    static uint64_t vectorPartOffset(uint64_t width, uint64_t allocated) { return allocated / (width + 8) * 8; }
+    uint64_t vectorPartOffset(uint64_t width) const { return vectorPartOffset(width, mAllocatedSize); }
+    // The block keeps its bytes and may move.
+    bool reallocate(uint64_t bytes);
 
-    // malloc'ed so that a failed allocation answers false instead of throwing mid-load.
+    // From curveMemory: a failed allocation answers false instead of throwing mid-load, and a
+    // released large block goes back to the system.
     struct cFree {
         void operator()(char* p) const;
     };
@@ -133,10 +243,15 @@ private:
     uint64_t mElementSize = 8;
     uint64_t mValueCount = 0;
     bool mGrowth = false;
-    // Parameterized layout: bytes of one x and one y, and the pairs the block has room for.
+    // Parameterized layout: bytes of one x and one y, the pairs the block has room for, and the
+    // places where the next pair goes.
     uint64_t mXSize = 0;
     uint64_t mYSize = 0;
     uint64_t mPairCapacity = 0;
+    char* mXWrite = nullptr;
+    char* mYWrite = nullptr;
+    // Sparse with vectors: bytes of one vector (0: another layout).
+    uint64_t mVectorWidth = 0;
 };
 
 }  // namespace vx3

@@ -155,9 +155,9 @@ uint64_t cCurvePlotDataFile::collectGarbage()
     forEachVariable(mSections, [&bytes](cCurvePlotVariable& variable) {
         if (!canBeReleased(variable))
             return;
-        bytes += variable.getAllocatedSize();
-        variable.freeStorage();
-        variable.setNeedsLoading(true);
+        const uint64_t size = variable.getAllocatedSize();
+        if (variable.releaseDb())
+            bytes += size;
     });
     return bytes;
 }

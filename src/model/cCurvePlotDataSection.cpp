@@ -458,3 +458,48 @@ bool cCurvePlotDataSection::checkSectionIsSimilar(const cCurvePlotDataSection& o
 }
 
 }  // namespace vx3
+
+namespace vx3 {
+
+uint64_t cCurvePlotDataSection::collectGarbage()
+{
+    uint64_t bytes = 0;
+    auto release = [&bytes](cCurvePlotVariable& variable) {
+        const uint64_t size = variable.getAllocatedSize();
+        if (variable.checkHasStorage() && variable.releaseDb())
+            bytes += size;
+    };
+    for (cCurvePlotVariable& variable : mVariables)
+        release(variable);
+    for (cCurvePlotSweepVariable& variable : mSweepVariables)
+        release(variable);
+    return bytes;
+}
+
+returnCode cCurvePlotDataSection::reloadReferencedCurvesFromDb(const cVxLogger& logger)
+{
+    returnCode result = ok;
+    auto reload = [&](cCurvePlotVariable& variable, uint64_t index, bool sweep) {
+        if (variable.getReferenceCount() <= 0 || !variable.checkDbSupportActive())
+            return;
+        // loadDataFromDb doesn't touch curves in use: step aside while the values come back.
+        const int references = variable.getReferenceCount();
+        while (variable.getReferenceCount() > 0)
+            variable.decrementReferenceCount();
+        variable.freeStorage();
+        variable.setNeedsLoading(true);
+        if (variable.loadDataFromDb(logger, this, index, sweep) != ok)
+            result = failed;
+        else
+            variable.computeMinMaxValues();
+        for (int i = 0; i < references; ++i)
+            variable.incrementReferenceCount();
+    };
+    for (uint64_t i = 0; i < mSweepVariables.size(); ++i)
+        reload(mSweepVariables[i], i, true);
+    for (uint64_t i = 0; i < mVariables.size(); ++i)
+        reload(mVariables[i], i, false);
+    return result;
+}
+
+}  // namespace vx3

@@ -206,6 +206,11 @@ public:
     unsigned getReloadFlags() const { return mReloadFlags; }
     void setReloadFlags(unsigned flags) { mReloadFlags = flags; }
     void setReloadFlag(unsigned flag, bool on) { mReloadFlags = on ? (mReloadFlags | flag) : (mReloadFlags & ~flag); }
+    // Frees the values of all curves and sweep variables that can be loaded again and aren't
+    // in use. Returns the bytes freed.
+    uint64_t collectGarbage();
+    // After a reload: loads again what is still referred to and recomputes its extremes.
+    returnCode reloadReferencedCurvesFromDb(const cVxLogger& logger);
     void initForReload(bool clearValues);
     void initForReloadFailSave();
     uint64_t getOldValueCount(uint64_t curveIndex) const;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/returnCode.h"
 #include "model/cCurveDbSupport.h"
 #include "model/cCurvePlotData.h"
 #include "model/cCurvePlotDataType.h"
@@ -16,6 +17,7 @@
 namespace vx3 {
 
 class cCurvePlotDataSection;
+class cVxLogger;
 class cAlgebraicCurve;
 
 namespace curvePlotVariable {
@@ -131,6 +133,20 @@ public:
     double getDoubleValue(uint64_t index) const;
     bool computeDataVectors(const cCurvePlotDataSection& section, curvePlotFunctionArgs::cDataVectors& vectors) const;
 
+    // ---- Values kept in the file. loadDataFromDb is the only way to load them: nothing
+    // happens when they are in memory already, in use, or the curve lives only in memory.
+    // A failure is logged once and leaves the curve unloaded; the next call tries again.
+    returnCode loadDataFromDb(const cVxLogger& logger, const cCurvePlotDataSection* section, uint64_t curveIndex,
+                              bool forSweep = false, unsigned flag = 0);
+    // Frees the values if they can be loaded again and nobody uses them; true if freed.
+    bool releaseDb();
+    // Loads several curves of one section, in one pass over the file where the format allows it.
+    static returnCode loadDataFromDbParallel(const cVxLogger& logger, cCurvePlotDataSection& section,
+                                             const std::vector<uint64_t>& curveIndices, unsigned threads);
+    // The data types that a block loader can fill, and the block prepared for count of them.
+    static bool checkDataTypeCanBeLoaded(unsigned dataType);
+    bool prepareStorageForLoading(unsigned dataType, uint64_t count);
+
     const curvePlotVariable::cMinMaxCache& getMinMax() const { return mExtras.read().minMax; }
     void resetMinMaxInitialized()
     {
@@ -153,6 +169,10 @@ public:
 private:
     friend class cCurvePlotDataSection;
     void setName(const std::string& name) { mName = name; }
+    // Steps of loadDataFromDb after the checks: the block, the loader, the result.
+    returnCode loadFromOpenFile(const cVxLogger& logger, const cCurvePlotDataSection* section, uint64_t curveIndex,
+                                bool forSweep, unsigned flag);
+    void finishLoad(bool forSweep, bool minMaxLoaded);
 
     const cCurvePlotDataType* mType = nullptr;
     std::string mName;

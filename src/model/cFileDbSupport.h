@@ -3,10 +3,15 @@
 
 #include <cstdint>
 #include <ctime>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "model/fileDbType.h"
+#include "readers/scan/cVxBinFile.h"
+#include "readers/scan/cVxMemoryFile.h"
+#include "readers/scan/cVxTmpBuffer.h"
 
 namespace vx3 {
 
@@ -19,10 +24,45 @@ struct cPartialFile {
 };
 }  // namespace fileDbSupport
 
+class cVxLogger;
+
 class cFileDbSupport {
 public:
     cFileDbSupport() = default;
     cFileDbSupport(const std::string& fileName, unsigned type, uint64_t id);
+    cFileDbSupport(const cFileDbSupport&) = delete;
+    cFileDbSupport& operator=(const cFileDbSupport&) = delete;
+
+    // ---- The open file behind the curves' values. Opened on the first load, memory map first
+    // and FILE* when mapping fails; closeFile frees the handles, the next load opens again.
+    // The messages go to logger when given.
+    bool openFile(const cVxLogger* logger = nullptr);
+    bool openFileImpl(const std::string& name);
+    void closeFile();
+    // Closes and forgets the state recorded at parsing (partial files, size and time).
+    void clearFile();
+    void deleteFileHandles() { closeFile(); }
+    bool checkFileIsOpen() const;
+    // The handle a loader reads through: exactly one of the two is set while the file is open.
+    cVxMemoryFile* memoryFileHandle() const { return mMemoryFile.get(); }
+    cVxBinFile* binaryFileHandle() const { return mBinaryFile.get(); }
+    // The file that holds the values: a PSF file's ".dat" or ".psfxl" partner, a ".dsn" file's
+    // ".trn" partner when it exists, else the file itself.
+    std::string getDataFileName() const;
+    const std::string& getOpenErrorMessage() const { return mOpenError; }
+    // Scratch memory shared by the loads of this file.
+    char* getFileDataBuffer(uint64_t size) { return mDataBuffer.getTmpBuffer(size); }
+
+    // Compares the last write time and size with the stored ones, and stores the new ones.
+    // For a result spread over several files each part is asked.
+    bool checkFileChanged();
+    // A named file of a file-based format that still exists with at least its size at parsing.
+    bool checkCanBeReloaded() const;
+    // The file grew and kept its old content's size: a reader may add only what is new.
+    bool checkIncrementalReloadPossible() const;
+    // Values that stay in memory can be kept when the file goes away.
+    bool checkCanBeMadePersistentInMemory() const { return !checkDbSupportActive(); }
+    bool checkPersistentFileCopyIsPossible() const { return !mFileName.empty() && !checkIsToolbox(); }
 
     uint64_t getId() const { return mId; }
     unsigned getDbType() const { return mType; }
@@ -85,6 +125,7 @@ public:
 
 private:
     void updateShortName();
+    bool checkPartialFilesChanged();
 
     unsigned mType = fileDbSupport::undefined_db;
     uint64_t mId = 0;
@@ -99,6 +140,13 @@ private:
     bool mMustClose = false;
     bool mPersistent = true;
     std::string mEquivalentNetsSpiceFile;
+
+    // Loads from several threads open the file once.
+    mutable std::mutex mOpenMutex;
+    std::unique_ptr<cVxMemoryFile> mMemoryFile;
+    std::unique_ptr<cVxBinFile> mBinaryFile;
+    std::string mOpenError;
+    cVxTmpBuffer mDataBuffer;
 };
 
 }  // namespace vx3

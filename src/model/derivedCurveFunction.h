@@ -1,6 +1,10 @@
 // How a reading of a curve transforms its values: complex parts, digital display, x monotony.
 #pragma once
 
+#include <complex>
+#include <cstdint>
+#include <string>
+
 namespace vx3::derivedCurveFunction {
 
 // Other numbers occur (plots use 11 for a digital vector field; 15 and 20 are special conversions).
@@ -81,6 +85,32 @@ public:
     void setConversion(unsigned conversion) { mConversion = conversion; }
     unsigned getDigitalType() const { return mDigitalType; }
     void setDigitalType(unsigned type) { mDigitalType = type; }
+
+    // ---- Analog values through the conversion. Angles are in degrees; the second value of
+    // the two-valued conversions (5 to 7) is the imaginary part or the angle.
+    static double convertComplexValue(std::complex<double> value, unsigned conversion, bool secondValue = false);
+    double applyConversion(std::complex<double> value, bool secondValue = false) const
+    {
+        return convertComplexValue(value, mConversion, secondValue);
+    }
+    double applyConversion(double value) const
+    {
+        return mConversion == derivedCurveFunction::real_part ? value
+                                                              : convertComplexValue(value, mConversion, false);
+    }
+
+    // ---- Logic values: one byte per bit, characters or strength codes.
+    // The base value: '0', '1', 'z', 'u', 'x', or 10, 11, 12 for the three strength levels.
+    static unsigned char simplifyDigitalValue(unsigned char value);
+    // 0.0, 0.5 or 1.0 for drawing; a vector is drawn by its leftmost significant bit.
+    static double convertSparseLogicValueToDouble(unsigned char value);
+    static double convertSparseLogicVectorToDouble(const char* bits, uint64_t width);
+    // False only for the well-defined levels 0, 1, D, H, L, U, d, h, l, u.
+    static bool checkDigitalvalueMeansUndef(unsigned char value);
+    // The text of a logic vector (most significant bit first) in the given digital display.
+    static std::string convertDigitalVectorToString(const char* bits, uint64_t width, unsigned digitalType);
+    // Characters that convertDigitalVectorToString may need for a vector of width bits.
+    static uint64_t estimateMaximulLogicStringSize(uint64_t width, unsigned digitalType);
 
 private:
     unsigned mConversion = derivedCurveFunction::real_part;

@@ -1,0 +1,35 @@
+// zelwave-cli: the engine without windows, for scripts, pipelines and tests. Each capability is a
+// subcommand with its own help.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace vx3 {
+
+struct cCliSubcommand {
+    std::string name;
+    std::string summary;  // one line for the overview
+    std::string usage;    // the full help of the subcommand
+    // Arguments after the subcommand's name; returns the exit code.
+    std::function<int(const std::vector<std::string>&, std::ostream& out, std::ostream& err)> run;
+};
+
+class cCliTool {
+public:
+    void add(cCliSubcommand subcommand) { mSubcommands.push_back(std::move(subcommand)); }
+    // 0 success, 1 the work failed, 2 bad usage.
+    int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) const;
+    void printOverview(std::ostream& out) const;
+
+private:
+    const cCliSubcommand* find(const std::string& name) const;
+    std::vector<cCliSubcommand> mSubcommands;
+};
+
+// The subcommands of the command language: help, check, doc.
+void addCommandLanguageSubcommands(cCliTool& tool);
+
+}  // namespace vx3

@@ -1,0 +1,10 @@
+#include <iostream>
+
+#include "cCliTool.h"
+
+int main(int argc, char** argv)
+{
+    vx3::cCliTool tool;
+    vx3::addCommandLanguageSubcommands(tool);
+    return tool.run(argc, argv, std::cout, std::cerr);
+}
