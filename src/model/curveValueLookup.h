@@ -147,7 +147,24 @@ namespace detail {
 template <typename X>
 inline void placeCursorRising(const X* xs, uint64_t count, double target, uint64_t& cursor)
 {
-    // Sequential queries move a few points: strides of 8, then single steps, before galloping.
+    // Sequential queries move a few points. Counting, without a branch, how many of the next 16
+    // x values are at or below the target places the cursor at once for rising x; branches that
+    // stop a walk at an unpredictable point cost more than the comparisons.
+    constexpr uint64_t kWindow = 16;
+    if (cursor + kWindow < count) {
+        uint64_t below = 0;
+        for (uint64_t k = 1; k <= kWindow; ++k)
+            below += xs[cursor + k] <= target ? 1u : 0u;
+        if (below < kWindow) {
+            cursor += below;
+            if (below > 0 || xs[cursor] <= target)
+                return;
+            // the target lies behind the cursor: the search below walks back
+        } else {
+            cursor += kWindow;
+        }
+    }
+    // Strides of 8, then single steps, before galloping.
     for (int k = 0; k < 4 && cursor + 8 < count && xs[cursor + 8] <= target; ++k)
         cursor += 8;
     for (int k = 0; k < 8 && cursor + 1 < count && xs[cursor + 1] <= target; ++k)

@@ -11,7 +11,7 @@ namespace vx3 {
 
 namespace {
 // Sequential reading grows the buffer up to this size: fewer, larger reads.
-constexpr size_t kWorkingBufferSize = 1u << 18;
+constexpr size_t kWorkingBufferSize = 1u << 20;
 // Kept behind the read position even without a promise, so that short look-backs stay in memory.
 constexpr uint64_t kLookBehind = 4096;
 }  // namespace
@@ -53,6 +53,8 @@ int cParserBaseFileIteratorHandler::open(const std::string& name, uint64_t start
         mError = "The file \"" + name + "\" cannot be opened.";
         return 1;
     }
+    // The sliding buffer is the only buffer: no second copy through the stream's own.
+    std::setvbuf(mFile, nullptr, _IONBF, 0);
     mFileSize = size;
     mStart = std::min(start, size);
     mBuffer.assign(kInitialBufferSize, 0);
