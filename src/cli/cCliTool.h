@@ -31,5 +31,7 @@ private:
 
 // The subcommands of the command language: help, check, doc.
 void addCommandLanguageSubcommands(cCliTool& tool);
+// The subcommands that read waveform files: info, dump.
+void addFileSubcommands(cCliTool& tool);
 
 }  // namespace vx3

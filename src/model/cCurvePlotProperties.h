@@ -47,6 +47,14 @@ enum property_type : unsigned {
     parent_section_id = 37,
     file_variant = 38,
     type = 39,
+    // Of a file entry: how a table was cut at the first parse (separator, two analysis values),
+    // and the open dialog's choice (read data, first and last x value), kept for reloads.
+    file_table_separator = 40,
+    file_table_analysis_1 = 41,
+    file_table_analysis_2 = 42,
+    file_open_read_data = 43,
+    file_open_first_x_value = 44,
+    file_open_last_x_value = 45,
     equivalent_parent_net = 46,
     original_file_name = 47,
 };

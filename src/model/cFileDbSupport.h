@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "model/cCurvePlotProperties.h"
 #include "model/fileDbType.h"
 #include "readers/scan/cVxBinFile.h"
 #include "readers/scan/cVxMemoryFile.h"
@@ -26,7 +27,8 @@ struct cPartialFile {
 
 class cVxLogger;
 
-class cFileDbSupport {
+// Its properties hold what a reload must know of the first parse (kinds 40 to 45).
+class cFileDbSupport : public cCurvePlotProperties {
 public:
     cFileDbSupport() = default;
     cFileDbSupport(const std::string& fileName, unsigned type, uint64_t id);
@@ -117,6 +119,13 @@ public:
     bool checkHandlesFailSaveReload() const
     {
         return fileDbSupport::checkHandlesFailSaveReload(mType, !mFileName.empty());
+    }
+
+    // The first property of that kind; null when there is none.
+    const cProperty* getFileProperty(unsigned kind) const
+    {
+        const size_t index = findProperty(kind);
+        return index < getNbOfProperties() ? &getProperty(index) : nullptr;
     }
 
     // Spice netlist whose equivalent nets belong to this file; "" when none.

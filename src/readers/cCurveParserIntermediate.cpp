@@ -11,6 +11,25 @@ cCurvePlotDataSection* cCurveParserIntermediate::useSection(cCurvePlotDataSectio
     return section;
 }
 
+cFileDbSupport& cCurveParserIntermediate::initDbSupport(const std::string& fileName, unsigned dbType)
+{
+    if (mIsReload && mDbSupport)
+        return *mDbSupport;
+    cFileDbSupport& file = mStore.findDbSupport(fileName, dbType);
+    file.initDbSupport(dbType);
+    mDbSupport = &file;
+    return file;
+}
+
+void cCurveParserIntermediate::adoptValues(cCurvePlotVariable& variable, cCurvePlotData&& values)
+{
+    const cDerivedCurveFunction derivation = variable;
+    static_cast<cCurvePlotData&>(variable) = std::move(values);
+    static_cast<cDerivedCurveFunction&>(variable) = derivation;
+    variable.resetMinMaxInitialized();
+    variable.setMonotony(0);
+}
+
 cCurvePlotDataSection* cCurveParserIntermediate::createNewDataSection(cFileDbSupport& file)
 {
     return useSection(mStore.addDataSection(file));

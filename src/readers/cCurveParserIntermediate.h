@@ -35,6 +35,19 @@ public:
     void errorMsg(const std::string& text) const { mOptions.logger().errorMsg(text); }
     void fatalErrorMsg(const std::string& text) const { mOptions.logger().fatalErrorMsg(text); }
 
+    // ---- The file entry: found or created with the reader's db type, and made current. On a
+    // reload the entry of the old sections is kept as it is.
+    cFileDbSupport& initDbSupport(const std::string& fileName, unsigned dbType);
+    // The name under which a reader files its sections: the file's name, or for text that came
+    // from the clipboard or a drop, the name the dispatch chose for it.
+    const std::string& getSourceName() const { return mSourceName; }
+    void setSourceName(const std::string& name) { mSourceName = name; }
+
+    // ---- Values read into a block of their own take the variable's place in one move, so that
+    // a reader may read a whole file before it touches the store (and leaves it untouched when
+    // it fails). The variable keeps its derivation settings.
+    static void adoptValues(cCurvePlotVariable& variable, cCurvePlotData&& values);
+
     // ---- Sections. The new section becomes the current one.
     cCurvePlotDataSection* createNewDataSection(cFileDbSupport& file);
     cCurvePlotDataSection* createNewDataSection(const std::string& fileName, const std::string& sectionName);
@@ -135,6 +148,7 @@ private:
     std::vector<cFillEntry> mFillOrder;
     uint64_t mClosingStart = 0;
     std::vector<std::vector<std::pair<std::string, double>>> mStepParameters;
+    std::string mSourceName;
 };
 
 }  // namespace vx3

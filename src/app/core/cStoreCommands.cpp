@@ -6,6 +6,7 @@
 #include "base/cVxLogger.h"
 #include "base/cVxString.h"
 #include "model/cCurvePlotDataFile.h"
+#include "readers/cCurvePlotParser.h"
 #include "wxWaveExplorerCommand.h"
 
 namespace vx3 {
@@ -208,6 +209,72 @@ bool compareTextFiles(const std::string& a, const std::string& b)
     }
 }
 
+// Hands the reader's messages and the question whether the user interrupted to the logger of
+// the caller.
+class cForwardingCallBack : public cVxLoggerCallBack {
+public:
+    explicit cForwardingCallBack(const cVxLogger& target) : mTarget(target) {}
+    void loggerCallBackVirtualLogMessage(unsigned severity, const std::string& text) override
+    {
+        mTarget.sendMsg(severity, text);
+    }
+    bool loggerCallBackVirtualCheckActionIsInterrupted() override { return mTarget.checkActionIsInterrupted(); }
+
+private:
+    const cVxLogger& mTarget;
+};
+
+int resultOf(returnCode code)
+{
+    switch (code) {
+    case ok:
+    case partly_parsed:
+        return kOk;
+    case file_not_found:
+        return 4;
+    case action_interrupted:
+        return action_interrupted;
+    default:
+        return kFailed;
+    }
+}
+
+int openFile(const std::string& name, cCurvePlotDataFile& store, const cVxLogger& logger)
+{
+    if (name.empty()) {
+        logger.warnMsg("Interactive Mode: bad 1st argument.");
+        return kFailed;
+    }
+    cForwardingCallBack forward(logger);
+    cCurvePlotParser parser;
+    parser.logger().setLoggerCallBack(&forward);
+    const int result = resultOf(parser.parse(store, name));
+    parser.logger().setLoggerCallBack(nullptr);
+    return result;
+}
+
+// The argument names an open file (its path or its short name) or one of its sections.
+int reloadFile(const std::string& name, cCurvePlotDataFile& store, const cVxLogger& logger)
+{
+    std::string fileName;
+    if (const cFileDbSupport* file = store.findDbSupportPtr(name))
+        fileName = file->fileName();
+    else if (const cFileDbSupport* file = store.findDbSupportPtrShortName(name))
+        fileName = file->fileName();
+    else if (const cCurvePlotDataSection* section = findSection(store, name); section && section->getFile())
+        fileName = section->getFile()->fileName();
+    if (fileName.empty()) {
+        logger.errorMsg("The file \"" + name + "\" was not found in the list of open files.");
+        return kFailed;
+    }
+    cForwardingCallBack forward(logger);
+    cCurvePlotParser parser;
+    parser.logger().setLoggerCallBack(&forward);
+    const int result = resultOf(parser.reloadFile(store, fileName, std::string()));
+    parser.logger().setLoggerCallBack(nullptr);
+    return result;
+}
+
 }  // namespace
 
 int cStoreCommands::perform(wxWaveExplorerCommand& command, cCurvePlotDataFile& store, const cVxLogger& logger)
@@ -270,6 +337,10 @@ int cStoreCommands::perform(wxWaveExplorerCommand& command, cCurvePlotDataFile& 
                                                                             : curveXUnit(*section, *curve));
         return kOk;
     }
+    case cmd_open_file:
+        return openFile(command.getStringArgument(0), store, logger);
+    case cmd_reload_file:
+        return reloadFile(command.getStringArgument(0), store, logger);
     case cmd_close_file: {
         const std::string& name = command.getStringArgument(0);
         if (!store.findDbSupportPtr(name)) {
@@ -350,6 +421,8 @@ bool cStoreCommands::checkChangesStore(int actionType)
     case cmd_close_section:
     case cmd_close_file:
     case cmd_close_all:
+    case cmd_open_file:
+    case cmd_reload_file:
         return true;
     default:
         return false;

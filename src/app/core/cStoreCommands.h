@@ -15,7 +15,8 @@ class wxWaveExplorerCommand;
 class cStoreCommands {
 public:
     enum : int { not_a_store_command = -1 };
-    // 0 success, 3 failure, 4 file not found; not_a_store_command for other words.
+    // 0 success, 3 failure, 4 file not found, 26 interrupted; not_a_store_command for other words.
+    // open_file and reload_file read on the calling thread, under the store's mutex.
     static int perform(wxWaveExplorerCommand& command, cCurvePlotDataFile& store, const cVxLogger& logger);
     // Whether a command of this number can change the store (the views then refresh).
     static bool checkChangesStore(int actionType);

@@ -1,0 +1,264 @@
+// Subcommands that read waveform files: what a file holds, and a curve's values as CSV.
+#include <cinttypes>
+#include <cmath>
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
+#include "base/cVxLogger.h"
+#include "base/cVxString.h"
+#include "cCliTool.h"
+#include "model/cCurvePlotDataFile.h"
+#include "readers/cCurvePlotParser.h"
+
+namespace vx3 {
+
+namespace {
+
+// The reader's messages go to the error stream, so that standard output stays data.
+class cStreamLogger : public cVxLoggerCallBack {
+public:
+    cStreamLogger(std::ostream& stream, unsigned maxSeverity) : mStream(stream), mMaxSeverity(maxSeverity) {}
+    void loggerCallBackVirtualLogMessage(unsigned severity, const std::string& text) override
+    {
+        if (severity <= mMaxSeverity)
+            mStream << vxLogger::severityTag(severity) << text << '\n';
+    }
+
+private:
+    std::ostream& mStream;
+    unsigned mMaxSeverity;
+};
+
+struct cFileOptions {
+    unsigned reader = curvePlotParser::none;
+    bool verbose = false;
+    std::string section = "0";
+    std::vector<std::string> positional;
+};
+
+// Common options; false (with a message) for a bad one.
+bool readOptions(const std::vector<std::string>& arguments, cFileOptions& options, std::ostream& err, bool withSection)
+{
+    for (size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == "--reader" && i + 1 < arguments.size()) {
+            const std::string& name = arguments[++i];
+            if (name == "csv")
+                options.reader = curvePlotParser::tabulated;
+            else if (name == "fast")
+                options.reader = curvePlotParser::tabulated_fast;
+            else if (name == "slow")
+                options.reader = curvePlotParser::tabulated_slow;
+            else if (name == "html")
+                options.reader = curvePlotParser::html;
+            else if (name == "tecplot")
+                options.reader = curvePlotParser::tecplot;
+            else {
+                err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot)\n";
+                return false;
+            }
+        } else if (argument == "--verbose" || argument == "-v") {
+            options.verbose = true;
+        } else if (withSection && argument == "--section" && i + 1 < arguments.size()) {
+            options.section = arguments[++i];
+        } else if (argument.size() > 1 && argument[0] == '-' && argument != "-") {
+            err << "zelwave-cli: unknown option \"" << argument << "\"\n";
+            return false;
+        } else {
+            options.positional.push_back(argument);
+        }
+    }
+    return true;
+}
+
+// Reads one file into the store; messages go to err.
+returnCode readFile(cCurvePlotDataFile& store, const std::string& name, const cFileOptions& options, std::ostream& err)
+{
+    cStreamLogger messages(err, options.verbose ? vxLogger::info : vxLogger::warning);
+    cCurvePlotParser parser;
+    parser.logger().setLoggerCallBack(&messages);
+    parser.setForcedParserType(options.reader);
+    const returnCode code = parser.parse(store, name);
+    parser.logger().setLoggerCallBack(nullptr);
+    return code;
+}
+
+std::string unitOf(const cCurvePlotDataType* type)
+{
+    if (!type || (type->getUnit() == curvePlotDataType::undefined_unit && type->getUnitString().empty()))
+        return std::string();
+    // Units without a short text (seconds) show the type's name, then the unit's long name.
+    std::string text = type->getUnitStr();
+    if (text.empty())
+        text = type->name();
+    return text.empty() ? type->getUnitName() : text;
+}
+
+std::string number(double value)
+{
+    char buffer[40];
+    std::snprintf(buffer, sizeof(buffer), "%.17g", value);
+    return buffer;
+}
+
+std::vector<cCurvePlotDataSection*> sectionsOf(cCurvePlotDataFile& store)
+{
+    std::vector<cCurvePlotDataSection*> sections;
+    for (uint64_t i = 0; i < store.getNbOfDataSections(); ++i)
+        sections.push_back(store.getDataSectionFromIndex(i));
+    return sections;
+}
+
+int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
+{
+    cFileOptions options;
+    if (!readOptions(arguments, options, err, false))
+        return 2;
+    if (options.positional.empty()) {
+        err << "zelwave-cli info: name at least one file\n";
+        return 2;
+    }
+    int result = 0;
+    for (const std::string& name : options.positional) {
+        cCurvePlotDataFile store;
+        const returnCode code = readFile(store, name, options, err);
+        if (code != ok && code != partly_parsed) {
+            result = 1;
+            continue;
+        }
+        const std::vector<cCurvePlotDataSection*> sections = sectionsOf(store);
+        const cFileDbSupport* file = sections.empty() ? nullptr : sections.front()->getFile();
+        out << "file \"" << (file ? file->fileName() : name) << "\": " << (file ? file->getDbTypeAsSting() : "")
+            << ", " << sections.size() << (sections.size() == 1 ? " section" : " sections")
+            << (code == partly_parsed ? " (read partially)" : "") << '\n';
+        for (size_t s = 0; s < sections.size(); ++s) {
+            cCurvePlotDataSection& section = *sections[s];
+            uint64_t users = 0;
+            for (uint64_t c = 0; c < section.getNbOfVariables(); ++c)
+                users += section.getVariable(c).checkMustClose() ? 0 : 1;
+            out << "section " << s << " \"" << section.completeName() << "\": " << users
+                << (users == 1 ? " curve" : " curves");
+            if (section.getStepIndex())
+                out << ", run " << section.getStepIndex();
+            for (const auto& parameter : section.getStepParameters().parameters)
+                out << ", " << parameter.getName() << "=" << parameter.getValueAsString();
+            out << '\n';
+            for (uint64_t k = 0; k < section.getNbOfSweepVariables(); ++k) {
+                const cCurvePlotSweepVariable& sweep = section.getSweepVariable(k);
+                out << "  sweep \"" << sweep.name() << "\" [" << unitOf(sweep.getType()) << "] "
+                    << sweep.getVectorSize() << " points\n";
+            }
+            for (uint64_t c = 0; c < section.getNbOfVariables(); ++c) {
+                const cCurvePlotVariable& curve = section.getVariable(c);
+                if (curve.checkMustClose())
+                    continue;
+                out << "  curve \"" << curve.name() << "\" [" << unitOf(curve.getType()) << "] "
+                    << curve.getVectorSize() << " points";
+                if (curve.getType() && curve.getType()->checkIsComplex())
+                    out << ", complex";
+                if (curve.getType() && curve.getType()->checkIsEnum())
+                    out << ", enumeration of " << curve.getType()->getStrings().size();
+                out << '\n';
+            }
+        }
+    }
+    return result;
+}
+
+int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
+{
+    cFileOptions options;
+    if (!readOptions(arguments, options, err, true))
+        return 2;
+    if (options.positional.size() != 2) {
+        err << "zelwave-cli dump: name one file and one curve\n";
+        return 2;
+    }
+    uint64_t sectionIndex = 0;
+    if (!cVxString(options.section).toUint64(sectionIndex)) {
+        err << "zelwave-cli dump: --section wants a number\n";
+        return 2;
+    }
+    cCurvePlotDataFile store;
+    const returnCode code = readFile(store, options.positional[0], options, err);
+    if (code != ok && code != partly_parsed)
+        return 1;
+    const std::vector<cCurvePlotDataSection*> sections = sectionsOf(store);
+    if (sectionIndex >= sections.size()) {
+        err << "zelwave-cli dump: the file has " << sections.size() << " section(s)\n";
+        return 1;
+    }
+    cCurvePlotDataSection& section = *sections[sectionIndex];
+    const std::string& curveName = options.positional[1];
+    const uint64_t sweeps = section.getNbOfSweepVariables();
+    uint64_t index = section.findVariableIndex(curveName);
+    const cCurvePlotVariable* curve = index != cCurvePlotDataSection::npos ? &section.getVariable(index) : nullptr;
+    if (!curve) {
+        const uint64_t sweep = section.findSweepVariableIndex(curveName);
+        curve = sweep != cCurvePlotDataSection::npos ? &section.getSweepVariable(sweep) : nullptr;
+    }
+    if (!curve) {
+        err << "zelwave-cli dump: no curve \"" << curveName << "\" in section " << sectionIndex << '\n';
+        return 1;
+    }
+    const bool complex = curve->getType() && curve->getType()->checkIsComplex();
+    const uint64_t count = curve->getVectorSize();
+    const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
+    // Outer sweeps of a matrix first, then x, then the value (two for a complex curve).
+    for (uint64_t k = 0; k + 1 < sweeps; ++k)
+        out << section.getSweepVariable(k).name() << ',';
+    out << xName << ',' << curve->name();
+    if (complex)
+        out << ",imag";
+    out << '\n';
+    const uint64_t cuts = section.computeNbOfCutsPerCurve();
+    const uint64_t xCount = cuts ? count / cuts : count;
+    std::vector<uint64_t> permutation, sweepIndices;
+    section.getDefaultSweepPermutationArray(permutation);
+    for (uint64_t cut = 0; cut < cuts; ++cut) {
+        if (sweeps > 1)
+            section.computeSweepIndicesForCut(cut, permutation, sweepIndices);
+        for (uint64_t i = 0; i < xCount; ++i) {
+            const uint64_t at = sweeps > 1 ? section.computeSweepMatrixCurveIndex(i, permutation, sweepIndices) : i;
+            for (uint64_t k = 0; k + 1 < sweeps; ++k)
+                out << number(section.getSweepValue(k, sweepIndices[k])) << ',';
+            out << number(sweeps ? section.getSweepValue(sweeps - 1, i) : static_cast<double>(i)) << ',';
+            if (complex) {
+                const std::complex<double> value = curve->doubleComplexValues()[at];
+                out << number(value.real()) << ',' << number(value.imag()) << '\n';
+            } else {
+                out << number(curve->getDoubleValue(at)) << '\n';
+            }
+        }
+    }
+    return 0;
+}
+
+}  // namespace
+
+void addFileSubcommands(cCliTool& tool)
+{
+    const std::string options =
+        "Options:\n"
+        "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot;\n"
+        "               by default the file's name and content decide\n"
+        "  --verbose    also print the readers' informations (to standard error)\n";
+    tool.add({"info", "list the sections, curves, units and point counts of waveform files",
+              "usage: zelwave-cli info [--reader R] [--verbose] FILE...\n\n"
+              "Reads each file as the viewer opens it and prints its sections, their sweeps (x axes)\n"
+              "and curves with unit and number of points. Warnings and errors of the readers go to\n"
+              "standard error. Exit code 1 when a file can't be read.\n\n" +
+                  options,
+              runInfo});
+    tool.add({"dump", "write one curve's x and values as CSV with full precision",
+              "usage: zelwave-cli dump [--reader R] [--verbose] [--section N] FILE CURVE\n\n"
+              "Writes a header line and one line per point: x and the value (real and imaginary part\n"
+              "for a complex curve), printed with %.17g so that they read back to the same doubles.\n"
+              "For a sweep matrix each line starts with the values of the outer sweeps. CURVE may also\n"
+              "name a sweep. N counts the file's sections from 0 (default 0).\n\n" +
+                  options,
+              runDump});
+}
+
+}  // namespace vx3
