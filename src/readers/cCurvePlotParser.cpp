@@ -5,13 +5,9 @@
 
 #include "base/cLoggedException.h"
 #include "base/cVxString.h"
-#include "readers/cCurvePlotParserStandIns.h"
-#include "readers/html/cCurvePlotParserHtmlData.h"
+#include "readers/cCurvePlotParserReaders.h"
 #include "readers/scan/cParserBase.h"
-#include "readers/tabulated/cCurvePlotParserTabulatedData.h"
-#include "readers/tabulated/cCurvePlotTabulatedParserFast.h"
 #include "readers/tabulated/cTabulatedTextSource.h"
-#include "readers/tecplot/cCurvePlotParserTecPlotAscii.h"
 
 namespace vx3 {
 
@@ -271,49 +267,16 @@ bool cCurvePlotParser::printErrorMessageAndQuit(const std::string& typeText, con
 
 returnCode cCurvePlotParser::runReader(unsigned type, cCurvePlotDataFile& store, const std::string& name)
 {
-    switch (type) {
-    case nutmeg: {
-        cCurvePlotParserNutmeg reader(store, *this);
-        return parseFromFile(reader, store, name);
-    }
-    case tabulated: {
-        returnCode code = failed;
-        if (getFlagTryFastReader()) {
-            cCurvePlotTabulatedParserFast fast(store, *this);
-            code = parseFromFile(fast, store, name);
-        }
-        if (getFlagFastReaderOnly() || code == ok || code == partly_parsed || code == action_interrupted)
-            return code;
-        cCurvePlotParserTabulatedData slow(store, *this);
-        return parseFromFile(slow, store, name);
-    }
-    case tabulated_fast: {
-        cCurvePlotTabulatedParserFast reader(store, *this);
-        return parseFromFile(reader, store, name);
-    }
-    case tabulated_slow: {
-        cCurvePlotParserTabulatedData reader(store, *this);
-        return parseFromFile(reader, store, name);
-    }
-    case html: {
-        cCurvePlotParserHtmlData reader(store, *this);
-        return parseFromFile(reader, store, name);
-    }
-    case vcd: {
-        cCurveParserVcd reader(store, *this);
-        return parseFromFile(reader, store, name);
-    }
-    case pwf: {
-        cCurvePlotParserPWF reader(store, *this);
-        return parseFromFile(reader, store, name);
-    }
-    case tecplot: {
-        cCurvePlotParserTecPlotAscii reader(store, *this);
-        return parseFromFile(reader, store, name);
-    }
-    default:
-        return failed;  // no reader of this type yet: the chain goes on
-    }
+    auto parse = [&](auto& reader) { return parseFromFile(reader, store, name); };
+    if (type != tabulated)
+        return withReader(type, store, parse);
+    // The tabulated pair: the fast reader first, the thorough one when the fast one gave up.
+    returnCode code = failed;
+    if (getFlagTryFastReader())
+        code = withReader(tabulated_fast, store, parse);
+    if (getFlagFastReaderOnly() || code == ok || code == partly_parsed || code == action_interrupted)
+        return code;
+    return withReader(tabulated_slow, store, parse);
 }
 
 returnCode cCurvePlotParser::parse(cCurvePlotDataFile& store, const std::string& fileName, unsigned parserType)
@@ -373,42 +336,13 @@ returnCode cCurvePlotParser::parse(cCurvePlotDataFile& store, const std::string&
 returnCode cCurvePlotParser::detectWithReader(unsigned type, cCurvePlotDataFile& store, const std::string& name,
                                               cCurvePlotParserOpenFileOptions& openFileOptions)
 {
-    switch (type) {
-    case nutmeg: {
-        cCurvePlotParserNutmeg reader(store, *this);
-        return detectFileTypeImpl(reader, store, name, openFileOptions);
-    }
-    case tabulated:
-    case tabulated_fast: {
-        cCurvePlotTabulatedParserFast fast(store, *this);
-        const returnCode code = detectFileTypeImpl(fast, store, name, openFileOptions);
-        if (code == ok || type == tabulated_fast || getFlagFastReaderOnly())
-            return code;
-        [[fallthrough]];
-    }
-    case tabulated_slow: {
-        cCurvePlotParserTabulatedData reader(store, *this);
-        return detectFileTypeImpl(reader, store, name, openFileOptions);
-    }
-    case html: {
-        cCurvePlotParserHtmlData reader(store, *this);
-        return detectFileTypeImpl(reader, store, name, openFileOptions);
-    }
-    case vcd: {
-        cCurveParserVcd reader(store, *this);
-        return detectFileTypeImpl(reader, store, name, openFileOptions);
-    }
-    case pwf: {
-        cCurvePlotParserPWF reader(store, *this);
-        return detectFileTypeImpl(reader, store, name, openFileOptions);
-    }
-    case tecplot: {
-        cCurvePlotParserTecPlotAscii reader(store, *this);
-        return detectFileTypeImpl(reader, store, name, openFileOptions);
-    }
-    default:
-        return failed;
-    }
+    auto detect = [&](auto& reader) { return detectFileTypeImpl(reader, store, name, openFileOptions); };
+    if (type != tabulated && type != tabulated_fast)
+        return withReader(type, store, detect);
+    const returnCode code = withReader(tabulated_fast, store, detect);
+    if (code == ok || type == tabulated_fast || getFlagFastReaderOnly())
+        return code;
+    return withReader(tabulated_slow, store, detect);
 }
 
 returnCode cCurvePlotParser::detectFileType(cCurvePlotDataFile& store, const std::string& fileName,

@@ -57,6 +57,8 @@ public:
     void setPlugins(const std::vector<cVxWaveformPlugin*>& plugins) { mPlugins = plugins; }
 
 private:
+    template <class Fn>
+    returnCode withReader(unsigned type, cCurvePlotDataFile& store, Fn&& fn);
     returnCode runReader(unsigned type, cCurvePlotDataFile& store, const std::string& name);
     returnCode detectWithReader(unsigned type, cCurvePlotDataFile& store, const std::string& name,
                                 cCurvePlotParserOpenFileOptions& openFileOptions);

@@ -1,12 +1,7 @@
 // Reloads, and the steps around a reader that the templates of cCurvePlotParserCommon share.
 #include <cmath>
 
-#include "readers/cCurvePlotParser.h"
-#include "readers/cCurvePlotParserStandIns.h"
-#include "readers/html/cCurvePlotParserHtmlData.h"
-#include "readers/tabulated/cCurvePlotParserTabulatedData.h"
-#include "readers/tabulated/cCurvePlotTabulatedParserFast.h"
-#include "readers/tecplot/cCurvePlotParserTecPlotAscii.h"
+#include "readers/cCurvePlotParserReaders.h"
 
 namespace vx3 {
 
@@ -236,42 +231,38 @@ returnCode cCurvePlotParser::reload(cCurvePlotDataFile& store, cFileDbSupport& f
         logger().errorMsg("The file \"" + name + "\" does no longer exist.");
         return file_not_found;
     }
-    const unsigned type = file.getDbType();
+    const unsigned dbType = file.getDbType();
     returnCode code = failed;
     std::string what = "The file \"" + name + "\"";
-    if (type >= fileDbSupport::nutmeg_ascii_4 && type <= fileDbSupport::nutmeg_binary_12) {
-        what = "The nutmeg file \"" + name + "\"";
-        cCurvePlotParserNutmeg reader(store, *this);
-        code = reloadFromFile(reader, store, file);
-    } else if (type == fileDbSupport::csv) {
-        what = "The csv file \"" + name + "\"";
-        cCurvePlotTabulatedParserFast reader(store, *this);
-        code = reloadFromFile(reader, store, file);
-    } else if (type >= fileDbSupport::tabulated_23 && type <= fileDbSupport::tabulated_31) {
-        what = "The csv file \"" + name + "\"";
-        cCurvePlotParserTabulatedData reader(store, *this);
-        code = reloadFromFile(reader, store, file);
-    } else if (type == fileDbSupport::vcd_63) {
-        what = "The vcd file \"" + name + "\"";
-        cCurveParserVcd reader(store, *this);
-        code = reloadFromFile(reader, store, file);
-    } else if (type == fileDbSupport::pwf_66) {
-        what = "The pwf file \"" + name + "\"";
-        cCurvePlotParserPWF reader(store, *this);
-        code = reloadFromFile(reader, store, file);
-    } else if (type == fileDbSupport::html) {
-        what = "The html file \"" + name + "\"";
-        cCurvePlotParserHtmlData reader(store, *this);
-        code = reloadFromFile(reader, store, file);
-    } else if (type == fileDbSupport::tecplot) {
-        what = "The tecplot file \"" + name + "\"";
-        cCurvePlotParserTecPlotAscii reader(store, *this);
-        code = reloadFromFile(reader, store, file);
-    } else if (type == fileDbSupport::plugin_71) {
+    if (dbType == fileDbSupport::plugin_71) {
         if (!file.checkFileChanged())
             return ok;
         cCurvePlotParserPlugin reader(store, *this, nullptr);
         code = reloadFromFile(reader, store, file);
+    } else {
+        // The reader that made the file's sections, and how the messages name the file.
+        struct cReloadReader {
+            unsigned firstDbType, lastDbType, parserType;
+            const char* word;
+        };
+        using namespace curvePlotParser;
+        static const cReloadReader kReaders[] = {
+            {fileDbSupport::nutmeg_ascii_4, fileDbSupport::nutmeg_binary_12, nutmeg, "nutmeg"},
+            {fileDbSupport::csv, fileDbSupport::csv, tabulated_fast, "csv"},
+            {fileDbSupport::tabulated_23, fileDbSupport::tabulated_31, tabulated_slow, "csv"},
+            {fileDbSupport::vcd_63, fileDbSupport::vcd_63, vcd, "vcd"},
+            {fileDbSupport::pwf_66, fileDbSupport::pwf_66, pwf, "pwf"},
+            {fileDbSupport::html, fileDbSupport::html, html, "html"},
+            {fileDbSupport::tecplot, fileDbSupport::tecplot, tecplot, "tecplot"},
+        };
+        for (const auto& entry : kReaders) {
+            if (dbType < entry.firstDbType || dbType > entry.lastDbType)
+                continue;
+            what = std::string("The ") + entry.word + " file \"" + name + "\"";
+            code = withReader(entry.parserType, store,
+                              [&](auto& reader) { return reloadFromFile(reader, store, file); });
+            break;
+        }
     }
     if (code == partly_parsed)
         logger().errorMsg(what + " was only partially updated.");
