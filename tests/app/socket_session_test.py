@@ -134,6 +134,13 @@ class SocketSession(unittest.TestCase):
         time.sleep(0.3)
         self.assertIsNone(p.process.poll(), "the program runs on")
 
+    def test_a_silent_peer_costs_nothing(self):
+        p = self.peer
+        time.sleep(1.0)  # five read timeouts go by without a word from the peer
+        self.assertIsNone(p.process.poll())
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "0"')
+        self.assertNotIn(" - E - ", p.log_text(), "waiting is not an error")
+
     def test_peer_vanishing_mid_line(self):
         p = self.peer
         self.assertEqual(p.ask("add_section kept"), "0")
