@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QWidget>
 
 #include <atomic>
@@ -228,6 +229,32 @@ TEST(zelwaveHost, XmlCommandTextRunsAsOneText)
     EXPECT_EQ(qt_zelwave_execute_xml_command(handle, xml.c_str(), "plot 1"), vx_code_ok);
     EXPECT_EQ(results(handle), std::vector<std::string>{"1"});
     EXPECT_EQ(qt_zelwave_execute_xml_command(handle, "no xml", ""), vx_code_parse_failed);
+}
+
+TEST(zelwaveHost, ClosingWaitsForTheBackgroundTask)
+{
+    void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
+    ASSERT_NE(handle, nullptr);
+    QPointer<QWidget> window(static_cast<QWidget*>(handle));
+    char pattern[] = "/tmp/zelwave-close-XXXXXX";
+    std::string dir = mkdtemp(pattern);
+    {
+        std::ofstream file(dir + "/long.cmd");
+        for (int i = 0; i < 200000; ++i)
+            file << "get_number_of_sections\n";
+    }
+    EXPECT_EQ(qt_zelwave_execute_command(handle, ("execute_command_file \"" + dir + "/long.cmd\"").c_str()),
+              vx_code_queued);
+    processEventsFor(50);
+    // The file holds the command lock: the close is refused for now and retried.
+    EXPECT_FALSE(window->close());
+    EXPECT_FALSE(window.isNull());
+    QElapsedTimer timer;
+    timer.start();
+    while (!window.isNull() && timer.elapsed() < 20000)
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_TRUE(window.isNull()) << "the window closes once the task has stopped";
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "get_status"), vx_code_bad_pointer) << "its handle is gone";
 }
 
 int main(int argc, char** argv)
