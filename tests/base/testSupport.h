@@ -14,10 +14,10 @@ namespace zwtest {
 // A fresh folder under /tmp, removed with everything in it at the end of the test.
 class cTempDir {
 public:
-    cTempDir()
+    explicit cTempDir(const std::string& prefix = "zw_base_test_")
     {
-        char pattern[] = "/tmp/zw_base_test_XXXXXX";
-        const char* made = ::mkdtemp(pattern);
+        std::string pattern = "/tmp/" + prefix + "XXXXXX";
+        const char* made = ::mkdtemp(pattern.data());
         mPath = made ? made : "";
     }
     ~cTempDir()
@@ -34,6 +34,12 @@ public:
     {
         std::string full = file(name);
         std::ofstream(full, std::ios::binary) << content;
+        return full;
+    }
+    std::string append(const std::string& name, const std::string& content) const
+    {
+        std::string full = file(name);
+        std::ofstream(full, std::ios::binary | std::ios::app) << content;
         return full;
     }
 

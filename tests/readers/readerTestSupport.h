@@ -10,45 +10,17 @@
 
 #include <unistd.h>
 
+#include "../base/testSupport.h"
 #include "base/cVxLogger.h"
 #include "model/cCurvePlotDataFile.h"
 #include "readers/cCurvePlotParser.h"
 
 namespace zwreaders {
 
-class cTempDir {
+// Temporary folders as the foundation's tests make them, named after these tests.
+class cTempDir : public zwtest::cTempDir {
 public:
-    cTempDir()
-    {
-        char pattern[] = "/tmp/zw_readers_test_XXXXXX";
-        const char* made = ::mkdtemp(pattern);
-        mPath = made ? made : "";
-    }
-    ~cTempDir()
-    {
-        std::error_code error;
-        if (!mPath.empty())
-            std::filesystem::remove_all(mPath, error);
-    }
-    cTempDir(const cTempDir&) = delete;
-    cTempDir& operator=(const cTempDir&) = delete;
-    const std::string& path() const { return mPath; }
-    std::string file(const std::string& name) const { return mPath + "/" + name; }
-    std::string write(const std::string& name, const std::string& content) const
-    {
-        const std::string full = file(name);
-        std::ofstream(full, std::ios::binary) << content;
-        return full;
-    }
-    std::string append(const std::string& name, const std::string& content) const
-    {
-        const std::string full = file(name);
-        std::ofstream(full, std::ios::binary | std::ios::app) << content;
-        return full;
-    }
-
-private:
-    std::string mPath;
+    cTempDir() : zwtest::cTempDir("zw_readers_test_") {}
 };
 
 // A call-back that keeps the messages and can say that the user interrupted.

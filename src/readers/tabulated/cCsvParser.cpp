@@ -147,18 +147,7 @@ void cCsvParser::tokenizeLine(std::string_view line, uint64_t lineNumber, cCsvPa
                 ++i;
         if (i < line.size() && line[i] == '"') {
             std::string cell;
-            ++i;
-            while (i < line.size()) {
-                if (line[i] == '"' && i + 1 < line.size() && line[i + 1] == '"') {
-                    cell.push_back('"');
-                    i += 2;
-                } else if (line[i] == '"') {
-                    ++i;
-                    break;
-                } else {
-                    cell.push_back(line[i++]);
-                }
-            }
+            csvSeparator::readQuotedCell(line, i, cell);
             while (i < line.size() && !isSeparator(line[i]))
                 ++i;
             addCell(cell, true, data);

@@ -97,18 +97,7 @@ void tabulatedParserFast::splitLine(std::string_view line, char separator, std::
             while (i < line.size() && line[i] == ' ')
                 ++i;
         if (i < line.size() && line[i] == '"') {
-            ++i;
-            while (i < line.size()) {
-                if (line[i] == '"' && i + 1 < line.size() && line[i + 1] == '"') {
-                    cell.push_back('"');
-                    i += 2;
-                } else if (line[i] == '"') {
-                    ++i;
-                    break;
-                } else {
-                    cell.push_back(line[i++]);
-                }
-            }
+            csvSeparator::readQuotedCell(line, i, cell);
             while (i < line.size() && line[i] != separator && !(separator == ' ' && line[i] == '\t'))
                 ++i;
         } else {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vx3::csvSeparator {
@@ -49,6 +50,24 @@ inline unsigned fromCharacter(char c)
     case ':': return colon;
     case ' ': return tab_or_multiple_space;
     default: return other;
+    }
+}
+
+// A cell in double quotes, the opening quote at i: appends its text to cell ("" stands for one
+// quote) and leaves i behind the closing quote, or at the end of an unclosed line.
+inline void readQuotedCell(std::string_view line, size_t& i, std::string& cell)
+{
+    ++i;
+    while (i < line.size()) {
+        if (line[i] == '"' && i + 1 < line.size() && line[i + 1] == '"') {
+            cell.push_back('"');
+            i += 2;
+        } else if (line[i] == '"') {
+            ++i;
+            return;
+        } else {
+            cell.push_back(line[i++]);
+        }
     }
 }
 

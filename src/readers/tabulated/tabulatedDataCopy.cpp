@@ -304,6 +304,14 @@ void eraseRows(cAnalysedTable& table, const std::vector<bool>& remove)
             table.rowLines[kept++] = table.rowLines[r];
     table.rowLines.resize(kept);
 }
+// Only an axis that rises but for a few rows (at most 1 %) is cleaned; others are data of their own.
+bool checkAxisNeedsCleaning(const std::vector<double>& x)
+{
+    uint64_t decreases = 0;
+    for (size_t r = 1; r < x.size(); ++r)
+        decreases += x[r] < x[r - 1] ? 1 : 0;
+    return decreases != 0 && decreases <= std::max<uint64_t>(1, x.size() / 100);
+}
 }  // namespace
 
 uint64_t cCurvePlotParserTabulatedData::removeOutliers(cAnalysedTable& table)
@@ -311,11 +319,7 @@ uint64_t cCurvePlotParserTabulatedData::removeOutliers(cAnalysedTable& table)
     if (table.columns.empty() || table.rowLines.size() < 3)
         return 0;
     const std::vector<double>& x = table.columns.front().values;
-    uint64_t decreases = 0;
-    for (size_t r = 1; r < x.size(); ++r)
-        decreases += x[r] < x[r - 1] ? 1 : 0;
-    // Only an axis that rises but for a few rows is cleaned; others are data of their own.
-    if (decreases == 0 || decreases > std::max<uint64_t>(1, x.size() / 100))
+    if (!checkAxisNeedsCleaning(x))
         return 0;
     std::vector<bool> remove(x.size(), false);
     uint64_t count = 0;
@@ -340,10 +344,7 @@ uint64_t cCurvePlotParserTabulatedData::forceIncreasingValues(cAnalysedTable& ta
     if (table.columns.empty())
         return 0;
     const std::vector<double>& x = table.columns.front().values;
-    uint64_t decreases = 0;
-    for (size_t r = 1; r < x.size(); ++r)
-        decreases += x[r] < x[r - 1] ? 1 : 0;
-    if (decreases == 0 || decreases > std::max<uint64_t>(1, x.size() / 100))
+    if (!checkAxisNeedsCleaning(x))
         return 0;
     std::vector<bool> remove(x.size(), false);
     uint64_t count = 0, firstLine = 0;
