@@ -129,10 +129,16 @@ int main(int argc, char** argv)
     report("load_strided_column", medianOf(columnTimes), cat, size, "cat of the same bytes");
     report("load_all_columns_one_pass_2_threads", medianOf(allColumnTimes), cat, size, "cat of the same bytes");
 
-    // Interpolated lookups: 10^8 points, ten million queries in rising order.
+    // Interpolated lookups: 10^8 points, ten million queries in rising order, over the block of a
+    // parameterized curve as the store holds it (x half, then y half).
     const uint64_t points = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 100000000;
     const uint64_t queries = 10000000;
-    std::vector<double> xs(points), ys(points), targets(queries);
+    cCurvePlotData curve;
+    if (!curve.setParameterizedSize(points, sizeof(double), sizeof(double)))
+        return 6;
+    double* xs = reinterpret_cast<double*>(curve.parameterizedXData());
+    double* ys = reinterpret_cast<double*>(curve.parameterizedYData());
+    std::vector<double> targets(queries);
     std::mt19937_64 random(9);
     std::uniform_real_distribution<double> step(0.5, 1.5);
     double x = 0;
@@ -141,8 +147,9 @@ int main(int argc, char** argv)
         xs[i] = x;
         ys[i] = std::sin(1e-3 * static_cast<double>(i));
     }
+    curve.setUsedValueCount(points);
     for (uint64_t q = 0; q < queries; ++q)
-        targets[q] = xs.front() + (xs.back() - xs.front()) * (static_cast<double>(q) + 0.5) / static_cast<double>(queries);
+        targets[q] = xs[0] + (xs[points - 1] - xs[0]) * (static_cast<double>(q) + 0.5) / static_cast<double>(queries);
     std::vector<double> lookupTimes, searchTimes;
     double checksum[2] = {0, 0};
     const cDerivedCurveFunction plain;
@@ -152,7 +159,7 @@ int main(int argc, char** argv)
         auto start = std::chrono::steady_clock::now();
         for (uint64_t q = 0; q < queries; ++q) {
             double out = 0;
-            curvePlotVariable::computeInterpolatedValueIncreasing(targets[q], xs.data(), ys.data(), points, cursor, out,
+            curvePlotVariable::computeInterpolatedValueIncreasing(targets[q], xs, ys, points, cursor, out,
                                                                   plain);
             checksum[0] += out;
         }
@@ -161,7 +168,7 @@ int main(int argc, char** argv)
         checksum[1] = 0;
         start = std::chrono::steady_clock::now();
         for (uint64_t q = 0; q < queries; ++q) {
-            const uint64_t i = std::upper_bound(xs.begin(), xs.end(), targets[q]) - xs.begin() - 1;
+            const uint64_t i = std::upper_bound(xs, xs + points, targets[q]) - xs - 1;
             const double t = (targets[q] - xs[i]) / (xs[i + 1] - xs[i]);
             checksum[1] += ys[i] + (ys[i + 1] - ys[i]) * t;
         }

@@ -165,64 +165,6 @@ bool cCurvePlotVariable::setParameterizedDoubleValues(const double* xs, const do
     return assignParameterizedValues(xs, ys, count);
 }
 
-double cCurvePlotVariable::getDoubleValue(uint64_t index) const
-{
-    if (!checkHasStorage() || index >= getVectorSize())
-        return NAN;
-    if (checkIsParameterizedLayout()) {
-        if (getElementSize() != 2 * sizeof(double))
-            return NAN;
-        return reinterpret_cast<const double*>(parameterizedYData())[index];
-    }
-    switch (getElementSize()) {
-    case sizeof(double):
-        return doubleValues()[index];
-    case sizeof(std::complex<double>):
-        return doubleComplexValues()[index].real();
-    default:
-        return NAN;
-    }
-}
-
-bool cCurvePlotVariable::computeDataVectors(const cCurvePlotDataSection& section,
-                                            curvePlotFunctionArgs::cDataVectors& vectors) const
-{
-    vectors = curvePlotFunctionArgs::cDataVectors();
-    vectors.yType = getDataType();
-    vectors.monotony = mMonotony;
-    if (!checkHasStorage())
-        return false;
-    vectors.count = getVectorSize();
-    if (checkIsParameterizedLayout()) {
-        if (getElementSize() != 2 * sizeof(double))
-            return false;
-        vectors.xType = data_double;
-        vectors.xDouble = reinterpret_cast<const double*>(parameterizedXData());
-        vectors.yDouble = reinterpret_cast<const double*>(parameterizedYData());
-        return true;
-    }
-    switch (getElementSize()) {
-    case sizeof(double):
-        vectors.yDouble = doubleValues();
-        break;
-    case sizeof(std::complex<double>):
-        vectors.yDoubleComplex = doubleComplexValues();
-        break;
-    default:
-        return false;
-    }
-    // Plain curves take x from the section's x-axis sweep variable.
-    const uint64_t sweeps = section.getNbOfSweepVariables();
-    if (sweeps) {
-        const cCurvePlotSweepVariable& sweep = section.getSweepVariable(sweeps - 1);
-        vectors.xType = sweep.getDataType();
-        if (sweep.checkHasStorage() && sweep.getElementSize() == sizeof(double) && !sweep.checkIsParameterizedLayout())
-            vectors.xDouble = sweep.doubleValues();
-        vectors.monotony = sweep.getMonotony();
-    }
-    return true;
-}
-
 bool cCurvePlotVariable::computeMinMaxValues()
 {
     curvePlotFunctionArgs::cDataVectors vectors;
@@ -247,17 +189,28 @@ bool cCurvePlotVariable::computeMinMaxValues()
         }
     };
     const uint64_t count = vectors.count;
-    if (vectors.yDouble) {
-        const double* ys = vectors.yDouble;
-        scan([ys](uint64_t i) { return ys[i]; }, count, cache.realMiny, cache.realMaxy, cache.realMinyIndex,
-             cache.realMaxyIndex);
+    if (vectors.yDouble || vectors.yFloat) {
+        if (vectors.yDouble) {
+            const double* ys = vectors.yDouble;
+            scan([ys](uint64_t i) { return ys[i]; }, count, cache.realMiny, cache.realMaxy, cache.realMinyIndex,
+                 cache.realMaxyIndex);
+        } else {
+            const float* ys = vectors.yFloat;
+            scan([ys](uint64_t i) { return static_cast<double>(ys[i]); }, count, cache.realMiny, cache.realMaxy,
+                 cache.realMinyIndex, cache.realMaxyIndex);
+        }
         cache.imagMiny = cache.imagMaxy = 0.0;
     } else {
-        const std::complex<double>* ys = vectors.yDoubleComplex;
-        scan([ys](uint64_t i) { return ys[i].real(); }, count, cache.realMiny, cache.realMaxy, cache.realMinyIndex,
-             cache.realMaxyIndex);
-        scan([ys](uint64_t i) { return ys[i].imag(); }, count, cache.imagMiny, cache.imagMaxy, cache.imagMinyIndex,
-             cache.imagMaxyIndex);
+        const std::complex<double>* yd = vectors.yDoubleComplex;
+        const std::complex<float>* yf = vectors.yFloatComplex;
+        auto part = [yd, yf](uint64_t i, bool imaginary) {
+            const std::complex<double> v = yd ? yd[i] : std::complex<double>(yf[i].real(), yf[i].imag());
+            return imaginary ? v.imag() : v.real();
+        };
+        scan([&part](uint64_t i) { return part(i, false); }, count, cache.realMiny, cache.realMaxy,
+             cache.realMinyIndex, cache.realMaxyIndex);
+        scan([&part](uint64_t i) { return part(i, true); }, count, cache.imagMiny, cache.imagMaxy,
+             cache.imagMinyIndex, cache.imagMaxyIndex);
     }
     cache.miny = cache.realMiny;
     cache.maxy = cache.realMaxy;
@@ -266,6 +219,14 @@ bool cCurvePlotVariable::computeMinMaxValues()
     if (vectors.xDouble) {
         const double* xs = vectors.xDouble;
         scan([xs](uint64_t i) { return xs[i]; }, count, cache.minx, cache.maxx, cache.minxIndex, cache.maxxIndex);
+    } else if (vectors.xFloat) {
+        const float* xs = vectors.xFloat;
+        scan([xs](uint64_t i) { return static_cast<double>(xs[i]); }, count, cache.minx, cache.maxx, cache.minxIndex,
+             cache.maxxIndex);
+    } else if (vectors.xUint64) {
+        const uint64_t* xs = vectors.xUint64;
+        scan([xs](uint64_t i) { return static_cast<double>(xs[i]); }, count, cache.minx, cache.maxx, cache.minxIndex,
+             cache.maxxIndex);
     }
     cache.initialized = true;
     mExtras.write().minMax = cache;

@@ -111,8 +111,11 @@ public:
     static bool parseUnsignedHexadecimalIntegerBigEndian(It& begin, const It& end, uint64_t& value);
 
     // ---- Reals. Correctly rounded, whatever the length of the digits.
-    static bool parseDoubleNoUnits(It& begin, const It& end, double& value, bool allowBlanksAfterSign = false,
-                                   bool allowComma = false, bool* usedComma = nullptr);
+    // Always inlined: a call would pass the iterator through memory, and reloading it right after
+    // the caller's last increment stalls on every number.
+    __attribute__((always_inline)) static bool parseDoubleNoUnits(It& begin, const It& end, double& value,
+                                                                  bool allowBlanksAfterSign = false,
+                                                                  bool allowComma = false, bool* usedComma = nullptr);
     // Forms for bulk tabulated data: no blanks after the sign; the second takes "," as decimal point.
     static bool parseDoubleNoUnitsFast(It& begin, const It& end, double& value)
     {
@@ -123,8 +126,9 @@ public:
         return parseDoubleNoUnits(begin, end, value, false, true);
     }
     // A number with an engineering suffix ("1.5meg", "10u", "3k").
-    static bool parseDoubleWithUnits(It& begin, const It& end, double& value, bool allowBlanks = false,
-                                     bool allowComma = false, bool* usedComma = nullptr, bool allowAtto = false);
+    __attribute__((always_inline)) static bool parseDoubleWithUnits(It& begin, const It& end, double& value,
+                                                                    bool allowBlanks = false, bool allowComma = false,
+                                                                    bool* usedComma = nullptr, bool allowAtto = false);
     // A number with a suffix, or "inf", "infinity", "nan" in any case, with a sign.
     static bool parseDoubleInfNan(It& begin, const It& end, double& value);
     // A field of "-", "." (and "," with allowComma) holding a "-": NaN, as tools write for "no value".
