@@ -13,6 +13,21 @@ std::mutex gMutex;
 std::array<std::shared_ptr<cCurveDbLoader>, fileDbSupport::kNbOfDbTypes> gLoaders;
 }  // namespace
 
+int cCurveDbLoader::loadBlocks(cCurveLoadRequest&, cFileDbHandle&, std::string& error)
+{
+    error = "this file type can't be read through a data base";
+    return 3;
+}
+
+bool cCurveDbLoader::loadMinMaxValuesFromDb(const cCurveLoadRequest&, curvePlotVariable::cMinMaxCache&)
+{
+    return false;
+}
+
+int cCurveDbLoader::loadVariableDataDbAccess(cCurveLoadRequest&, std::string&) { return 0; }
+
+int cCurveDbLoader::loadSweepVariableDataDbAccess(cCurveLoadRequest&, std::string&) { return 0; }
+
 int cCurveDbLoader::loadSeveral(std::vector<cCurveLoadRequest*>& requests, cFileDbSupport& file, unsigned,
                                 std::string& error)
 {
@@ -54,6 +69,8 @@ int loadThroughOpenHandle(cCurveDbLoader& loader, cCurveLoadRequest& request, cF
         cBitWiseParser<cVxBinFile> parser(*binary);
         return loader.loadBlocks(request, parser, error);
     }
+    if (cFileDbHandle* handle = file.dbHandle())
+        return loader.loadBlocks(request, *handle, error);
     error = "The file \"" + file.fileName() + "\" is not open.";
     return 3;
 }

@@ -55,6 +55,7 @@ cCurvePlotData& cCurvePlotData::operator=(const cCurvePlotData& other)
     mYSize = other.mYSize;
     mPairCapacity = copied ? other.mPairCapacity : 0;
     mVectorWidth = other.mVectorWidth;
+    mStringPool = other.mStringPool;
     resetWritePositions();
     return *this;
 }
@@ -76,6 +77,7 @@ cCurvePlotData& cCurvePlotData::operator=(cCurvePlotData&& other) noexcept
     mYSize = other.mYSize;
     mPairCapacity = other.mPairCapacity;
     mVectorWidth = other.mVectorWidth;
+    mStringPool = std::move(other.mStringPool);
     mXWrite = other.mXWrite;
     mYWrite = other.mYWrite;
     other.mUsedSize = other.mAllocatedSize = other.mValueCount = other.mPairCapacity = 0;
@@ -234,6 +236,23 @@ const char* cCurvePlotData::getStringValue(uint64_t index) const
         text += std::strlen(text) + 1;
     }
     return nullptr;
+}
+
+bool cCurvePlotData::pushBackUint32StringValue(std::string_view text)
+{
+    if (!mStringPool)
+        mStringPool = std::make_shared<cStringPool>();
+    const uint32_t offset = mStringPool->add(text);
+    return offset != cStringPool::npos && pushBackValue(offset);
+}
+
+const char* cCurvePlotData::getUint32StringValue(uint64_t index) const
+{
+    if (!mStringPool || mElementSize != sizeof(uint32_t) || index >= getVectorSize() || checkIsParameterizedLayout())
+        return nullptr;
+    uint32_t offset;
+    std::memcpy(&offset, mStorage.get() + index * sizeof(uint32_t), sizeof offset);
+    return mStringPool->at(offset);
 }
 
 // ---------------------------------------------------------------- parameterized

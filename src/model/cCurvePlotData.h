@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "base/cLoggedException.h"
+#include "model/cStringPool.h"
 #include "model/derivedCurveFunction.h"
 
 namespace vx3 {
@@ -113,6 +114,13 @@ public:
     bool pushBackConstantSizeString(std::string_view text, uint64_t size);
     // The index-th zero-terminated string of a data_string block (a linear walk); null past the end.
     const char* getStringValue(uint64_t index) const;
+    // data_uint32_string: one uint32 offset per value into a string pool, shared with the other
+    // curves of the file when the reader hands one in (a pool of its own is made otherwise).
+    void setStringPool(std::shared_ptr<cStringPool> pool) { mStringPool = std::move(pool); }
+    const std::shared_ptr<cStringPool>& getStringPool() const { return mStringPool; }
+    bool pushBackUint32StringValue(std::string_view text);
+    // The text of value index; null past the end or without a pool.
+    const char* getUint32StringValue(uint64_t index) const;
 
     // ---- Parameterized: all x values first, then all y values.
     bool setParameterizedSize(uint64_t count, uint64_t xSize, uint64_t ySize);
@@ -194,6 +202,23 @@ public:
     const uint64_t* valueVectorPositions() const { return reinterpret_cast<const uint64_t*>(mStorage.get()); }
     const char* valueVectorData() const { return mStorage ? mStorage.get() + vectorPartOffset(mVectorWidth) : nullptr; }
 
+    // ---- Logic data (see cCurvePlotDataLogic.cpp): the bytes of the states, wherever the layout
+    // of dataType keeps them.
+    // The index range 0 to 8 of a 9-level enumeration becomes the letters "UX01ZWLH-".
+    bool convertEnum9LevelLogicToLogic(unsigned dataType);
+    // Writers differ in the case of the undefined and floating states: "X" and "Z" of 2- and
+    // 4-state logic are stored as "x" and "z", the one form that comparisons and texts expect.
+    void replaceDigitalXRepresentation(unsigned dataType);
+    // The state in force at x (the last change at or before it): its bytes and width. xs and
+    // count describe the section's x vector for flat logic; positions of sparse records count
+    // in units of positionScale. False before the first change or without logic data.
+    bool findLogicValueAt(unsigned dataType, double x, const double* xs, uint64_t count, double positionScale,
+                          const char*& bits, uint64_t& width) const;
+    // Drops the inner samples of runs of equal values in a parameterized block; what remains
+    // draws the same line (the ends of each run stay; logic keeps each run's first sample and
+    // the last sample). False for another layout.
+    bool removeConstantRuns(bool logic);
+
     // ---- Typed views of the block (flat layout).
     char* data() { return mStorage.get(); }
     const char* data() const { return mStorage.get(); }
@@ -252,6 +277,7 @@ private:
     char* mYWrite = nullptr;
     // Sparse with vectors: bytes of one vector (0: another layout).
     uint64_t mVectorWidth = 0;
+    std::shared_ptr<cStringPool> mStringPool;
 };
 
 }  // namespace vx3

@@ -461,6 +461,16 @@ bool cCurvePlotDataSection::checkSectionIsSimilar(const cCurvePlotDataSection& o
 
 namespace vx3 {
 
+bool cCurvePlotDataSection::convertParameterizedDataToSparse(uint64_t curveIndex)
+{
+    cCurvePlotVariable* variable = getVariablePtr(curveIndex);
+    if (!variable || !variable->convertParameterizedDataToSparse())
+        return false;
+    // The extremes stay; the monotony of x can only have become strict.
+    variable->setMonotony(derivedCurveFunction::monotony_unknown);
+    return true;
+}
+
 uint64_t cCurvePlotDataSection::collectGarbage()
 {
     uint64_t bytes = 0;

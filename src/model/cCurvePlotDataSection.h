@@ -209,6 +209,9 @@ public:
     // Frees the values of all curves and sweep variables that can be loaded again and aren't
     // in use. Returns the bytes freed.
     uint64_t collectGarbage();
+    // A curve that a load found to change seldom keeps only its changes (and the ends of runs of
+    // an analog curve). False when the curve isn't parameterized.
+    bool convertParameterizedDataToSparse(uint64_t curveIndex);
     // After a reload: loads again what is still referred to and recomputes its extremes.
     returnCode reloadReferencedCurvesFromDb(const cVxLogger& logger);
     void initForReload(bool clearValues);

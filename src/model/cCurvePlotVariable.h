@@ -19,6 +19,8 @@ namespace vx3 {
 class cCurvePlotDataSection;
 class cVxLogger;
 class cAlgebraicCurve;
+class cCurveDbLoader;
+struct cCurveLoadRequest;
 
 namespace curvePlotVariable {
 enum state : int { normal = 0, must_close = 1, reloaded = 2 };
@@ -30,6 +32,9 @@ struct cMinMaxCache {
     uint64_t imagMinyIndex = 0, imagMaxyIndex = 0, minxIndex = 0, maxxIndex = 0;
     bool initialized = false;
 };
+// Pixels per data unit on each axis, for distances on the screen; logX measures x on log10.
+struct cDistanceScale;
+
 // Fields that few curves use, kept out of line: a section may hold millions of curves.
 struct cVariableExtras {
     std::vector<std::string> fieldNames;
@@ -132,6 +137,16 @@ public:
     // NaN when the index is out of range or the storage isn't a real or complex double vector.
     double getDoubleValue(uint64_t index) const;
     bool computeDataVectors(const cCurvePlotDataSection& section, curvePlotFunctionArgs::cDataVectors& vectors) const;
+    // The nearest point of the curve as drawn to (x, y) in data units: the squared distance in
+    // pixels (scale gives pixels per unit) and the index of the nearest sample. secondValue takes
+    // the imaginary part or angle of a two-valued conversion. False when there is nothing to hit.
+    bool computeDistanceToValue(const cCurvePlotDataSection& section, double x, double y,
+                                const curvePlotVariable::cDistanceScale& scale, uint64_t& index, double& distance2,
+                                bool secondValue = false) const;
+    // The logic state at x of a digital curve, as text in the given digital display (a vector)
+    // or its single character; false where the curve has no value (before its first event).
+    bool getDigitalCurveValue(const cCurvePlotDataSection& section, double x, std::string& value,
+                              unsigned digitalType = derivedCurveFunction::default_digital) const;
 
     // ---- Values kept in the file. loadDataFromDb is the only way to load them: nothing
     // happens when they are in memory already, in use, or the curve lives only in memory.
@@ -143,6 +158,8 @@ public:
     // Loads several curves of one section, in one pass over the file where the format allows it.
     static returnCode loadDataFromDbParallel(const cVxLogger& logger, cCurvePlotDataSection& section,
                                              const std::vector<uint64_t>& curveIndices, unsigned threads);
+    // Keeps the changes of a parameterized curve only (see cCurvePlotData::removeConstantRuns).
+    bool convertParameterizedDataToSparse();
     // The data types that a block loader can fill, and the block prepared for count of them.
     static bool checkDataTypeCanBeLoaded(unsigned dataType);
     bool prepareStorageForLoading(unsigned dataType, uint64_t count);
@@ -172,7 +189,8 @@ private:
     // Steps of loadDataFromDb after the checks: the block, the loader, the result.
     returnCode loadFromOpenFile(const cVxLogger& logger, const cCurvePlotDataSection* section, uint64_t curveIndex,
                                 bool forSweep, unsigned flag);
-    void finishLoad(bool forSweep, bool minMaxLoaded);
+    // Steps after a successful block load; 3 when the plug-in's access or the sparse conversion fails.
+    returnCode finishLoad(cCurveDbLoader& loader, cCurveLoadRequest& request, std::string& reason);
 
     const cCurvePlotDataType* mType = nullptr;
     std::string mName;

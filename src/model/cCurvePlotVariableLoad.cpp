@@ -1,4 +1,5 @@
 // Loading a curve's values from its file and releasing them again.
+#include <algorithm>
 #include <new>
 
 #include "base/cVxLogger.h"
@@ -6,6 +7,7 @@
 #include "model/cCurvePlotDataSection.h"
 #include "model/cCurvePlotVariable.h"
 #include "model/cFileDbSupport.h"
+#include "model/fileDbType.h"
 #include "model/curveValueLookup.h"
 #include "readers/scan/fileAccessCheck.h"
 
@@ -36,7 +38,14 @@ cLayout layoutOf(unsigned dataType)
     case double_parameterized_float: case double_parameterized_int32: case double_parameterized_uint32:
     case data_double_parameterized_uint32_string:
         return {8, 4};
-    case double_parameterized_uint8: return {8, 1};
+    case double_parameterized_uint8: case parameterized_9_level_logic: return {8, 1};
+    case nine_level_logic: return {0, 1};
+    // Logic vectors: one character per bit; the width comes from the curve's type.
+    case data_double_parameterized_logic_2_state: case data_double_parameterized_logic_4_state:
+    case data_double_parameterized_logic_256_state:
+        return {8, 1};
+    case interleaved_sparse_double_64b_index: return {0, 16};
+    case interleaved_sparse_double_32b_index: return {0, 12};
     case interleaved_sparse_logic: return {0, 9};  // int64 position and one logic character
     case data_string: return {0, 1};
     default: return {0, 0};
@@ -50,14 +59,18 @@ bool cCurvePlotVariable::checkDataTypeCanBeLoaded(unsigned dataType) { return la
 
 bool cCurvePlotVariable::prepareStorageForLoading(unsigned dataType, uint64_t count)
 {
-    const cLayout layout = layoutOf(dataType);
+    cLayout layout = layoutOf(dataType);
     if (!layout.y)
         return false;
+    if (dataType == data_double_parameterized_logic_2_state || dataType == data_double_parameterized_logic_4_state ||
+        dataType == data_double_parameterized_logic_256_state)
+        layout.y = std::max<uint64_t>(1, mType ? mType->getConstantStringSize() : 1);
     clearValues();
     setGrowthFlag(false);
     if (layout.x)
         return setParameterizedSize(count, layout.x, layout.y);
-    if (dataType == data_string || dataType == interleaved_sparse_logic) {
+    if (dataType == data_string || dataType == interleaved_sparse_logic ||
+        dataType == interleaved_sparse_double_64b_index || dataType == interleaved_sparse_double_32b_index) {
         // Sizes known only while reading: count is a first guess, the block grows.
         setGrowthFlag(true);
         return setSize(count, layout.y);
@@ -129,16 +142,47 @@ returnCode cCurvePlotVariable::loadFromOpenFile(const cVxLogger& logger, const c
         logger.errorMsg("cCurvePlotVariable::loadDataFromDb failed for curve " + mName);
         return failed;
     }
-    finishLoad(forSweep, request.minMaxLoaded);
+    code = finishLoad(*loader, request, reason);
+    if (code != ok) {
+        freeStorage();
+        setNeedsLoading(true);
+        logger.debugMsg(reason);
+        logger.errorMsg("cCurvePlotVariable::loadDataFromDb failed for curve " + mName);
+        return failed;
+    }
     return ok;
 }
 
-void cCurvePlotVariable::finishLoad(bool forSweep, bool minMaxLoaded)
+returnCode cCurvePlotVariable::finishLoad(cCurveDbLoader& loader, cCurveLoadRequest& request, std::string& reason)
 {
+    const bool forSweep = request.forSweep;
     if (checkIsParameterizedLayout())
         balanceParameterizedCurve();
-    if (!minMaxLoaded)
+    // Files that store the extremes of their curves save a pass over the values.
+    curvePlotVariable::cMinMaxCache cache;
+    if (loader.loadMinMaxValuesFromDb(request, cache)) {
+        cache.initialized = true;
+        mExtras.write().minMax = cache;
+    } else {
         resetMinMaxInitialized();
+    }
+    convertEnum9LevelLogicToLogic(request.dataType);
+    setNeedsLoading(false);
+    replaceDigitalXRepresentation(request.dataType);
+    // A plug-in may read (or amend) the values itself once the block is ready.
+    if (request.dbType == fileDbSupport::plugin_db_access) {
+        const int code = forSweep ? loader.loadSweepVariableDataDbAccess(request, reason)
+                                  : loader.loadVariableDataDbAccess(request, reason);
+        if (code != ok) {
+            if (reason.empty())
+                reason = "the plug-in could not read the values";
+            return failed;
+        }
+    }
+    if (request.valuesAreSparse && !convertParameterizedDataToSparse()) {
+        reason = "the values could not be converted to their sparse form";
+        return failed;
+    }
     // An x axis needs its monotony for every lookup; one pass now saves it later.
     if (forSweep && mMonotony == derivedCurveFunction::monotony_unknown) {
         if (!checkIsParameterizedLayout() && getElementSize() == sizeof(double))
@@ -146,7 +190,12 @@ void cCurvePlotVariable::finishLoad(bool forSweep, bool minMaxLoaded)
         else if (!checkIsParameterizedLayout() && getElementSize() == sizeof(float))
             mMonotony = curvePlotVariable::computeMonotonyType(floatValues(), getVectorSize());
     }
-    setNeedsLoading(false);
+    return ok;
+}
+
+bool cCurvePlotVariable::convertParameterizedDataToSparse()
+{
+    return removeConstantRuns(checkCurveIsDigital(getDataType()) || checkIsDiscreteCurve(getDataType()));
 }
 
 bool cCurvePlotVariable::releaseDb()
@@ -223,9 +272,18 @@ returnCode cCurvePlotVariable::loadDataFromDbParallel(const cVxLogger& logger, c
         logger.errorMsg("cCurvePlotVariable::loadDataFromDb failed for curve " + pending.front()->name());
         return failed;
     }
-    for (cCurveLoadRequest& request : requests)
-        request.variable.finishLoad(false, request.minMaxLoaded);
-    return ok;
+    returnCode result = ok;
+    for (cCurveLoadRequest& request : requests) {
+        std::string why;
+        if (request.variable.finishLoad(*loader, request, why) != ok) {
+            request.variable.freeStorage();
+            request.variable.setNeedsLoading(true);
+            logger.debugMsg(why);
+            logger.errorMsg("cCurvePlotVariable::loadDataFromDb failed for curve " + request.variable.name());
+            result = failed;
+        }
+    }
+    return result;
 }
 
 }  // namespace vx3

@@ -67,18 +67,21 @@ std::string cFileDbSupport::getDataFileName() const
 bool cFileDbSupport::checkFileIsOpen() const
 {
     std::lock_guard<std::mutex> lock(mOpenMutex);
-    return mMemoryFile || mBinaryFile;
+    return mMemoryFile || mBinaryFile || mDbHandle;
 }
 
 bool cFileDbSupport::openFile(const cVxLogger* logger)
 {
     {
         std::lock_guard<std::mutex> lock(mOpenMutex);
-        if (mMemoryFile || mBinaryFile)
+        if (mMemoryFile || mBinaryFile || mDbHandle)
             return true;
     }
     if (mFileName.empty()) {
         mOpenError = "A file without name cannot be opened.";
+    } else if (fileDbHandles::checkUsesDbHandle(mType)) {
+        if (openDbHandle())
+            return true;
     } else if (openFileImpl(getDataFileName())) {
         return true;
     }
@@ -109,11 +112,31 @@ bool cFileDbSupport::openFileImpl(const std::string& name)
     return false;
 }
 
+bool cFileDbSupport::openDbHandle()
+{
+    std::lock_guard<std::mutex> lock(mOpenMutex);
+    if (mDbHandle)
+        return true;
+    std::unique_ptr<cFileDbHandle> handle = fileDbHandles::create(mType);
+    if (!handle) {
+        mOpenError = "The file \"" + mFileName + "\" of type \"" + getDbTypeAsSting() +
+                     "\" can't be opened: its data base access isn't available.";
+        return false;
+    }
+    if (!handle->open(mFileName, mOpenError))
+        return false;
+    mDbHandle = std::move(handle);
+    return true;
+}
+
 void cFileDbSupport::closeFile()
 {
     std::lock_guard<std::mutex> lock(mOpenMutex);
     mMemoryFile.reset();
     mBinaryFile.reset();
+    if (mDbHandle)
+        mDbHandle->close();
+    mDbHandle.reset();
 }
 
 void cFileDbSupport::clearFile()
@@ -147,6 +170,13 @@ bool cFileDbSupport::checkFileChanged()
 {
     if (mFileName.empty() || checkIsToolbox())
         return false;
+    if (fileDbHandles::checkUsesDbHandle(mType)) {
+        std::lock_guard<std::mutex> lock(mOpenMutex);
+        if (mDbHandle)
+            return mDbHandle->checkIfReloadMakesSense();
+    }
+    if (mType == fileDbSupport::plugin_db_access && mPluginChangeCheck)
+        return mPluginChangeCheck();
     if (!mPartialFiles.empty())
         return checkPartialFilesChanged();
     uint64_t size = 0;

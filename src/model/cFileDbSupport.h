@@ -3,12 +3,14 @@
 
 #include <cstdint>
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
 #include "model/cCurvePlotProperties.h"
+#include "model/cFileDbHandle.h"
 #include "model/fileDbType.h"
 #include "readers/scan/cVxBinFile.h"
 #include "readers/scan/cVxMemoryFile.h"
@@ -45,9 +47,13 @@ public:
     void clearFile();
     void deleteFileHandles() { closeFile(); }
     bool checkFileIsOpen() const;
-    // The handle a loader reads through: exactly one of the two is set while the file is open.
+    // The handle a loader reads through: exactly one of the three is set while the file is open.
+    // A PWF file is served by its data base handle.
     cVxMemoryFile* memoryFileHandle() const { return mMemoryFile.get(); }
     cVxBinFile* binaryFileHandle() const { return mBinaryFile.get(); }
+    cFileDbHandle* dbHandle() const { return mDbHandle.get(); }
+    // Plug-in files (type 72) ask the plug-in whether the file changed.
+    void setChangeCheck(std::function<bool()> check) { mPluginChangeCheck = std::move(check); }
     // The file that holds the values: a PSF file's ".dat" or ".psfxl" partner, a ".dsn" file's
     // ".trn" partner when it exists, else the file itself.
     std::string getDataFileName() const;
@@ -133,6 +139,7 @@ public:
     void setEquivalentNetsSpiceFile(const std::string& name) { mEquivalentNetsSpiceFile = name; }
 
 private:
+    bool openDbHandle();
     void updateShortName();
     bool checkPartialFilesChanged();
 
@@ -154,6 +161,8 @@ private:
     mutable std::mutex mOpenMutex;
     std::unique_ptr<cVxMemoryFile> mMemoryFile;
     std::unique_ptr<cVxBinFile> mBinaryFile;
+    std::unique_ptr<cFileDbHandle> mDbHandle;
+    std::function<bool()> mPluginChangeCheck;
     std::string mOpenError;
     cVxTmpBuffer mDataBuffer;
 };
