@@ -33,5 +33,7 @@ private:
 void addCommandLanguageSubcommands(cCliTool& tool);
 // The subcommands that read waveform files: info, dump.
 void addFileSubcommands(cCliTool& tool);
+// The subcommands that read a curve's values: at, integral.
+void addValueSubcommands(cCliTool& tool);
 
 }  // namespace vx3

@@ -8,6 +8,7 @@
 #include "base/cVxLogger.h"
 #include "base/cVxString.h"
 #include "cCliTool.h"
+#include "cliFileSupport.h"
 #include "model/cCurvePlotDataFile.h"
 #include "readers/cCurvePlotParser.h"
 
@@ -15,74 +16,7 @@ namespace vx3 {
 
 namespace {
 
-// The reader's messages go to the error stream, so that standard output stays data.
-class cStreamLogger : public cVxLoggerCallBack {
-public:
-    cStreamLogger(std::ostream& stream, unsigned maxSeverity) : mStream(stream), mMaxSeverity(maxSeverity) {}
-    void loggerCallBackVirtualLogMessage(unsigned severity, const std::string& text) override
-    {
-        if (severity <= mMaxSeverity)
-            mStream << vxLogger::severityTag(severity) << text << '\n';
-    }
-
-private:
-    std::ostream& mStream;
-    unsigned mMaxSeverity;
-};
-
-struct cFileOptions {
-    unsigned reader = curvePlotParser::none;
-    bool verbose = false;
-    std::string section = "0";
-    std::vector<std::string> positional;
-};
-
-// Common options; false (with a message) for a bad one.
-bool readOptions(const std::vector<std::string>& arguments, cFileOptions& options, std::ostream& err, bool withSection)
-{
-    for (size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (argument == "--reader" && i + 1 < arguments.size()) {
-            const std::string& name = arguments[++i];
-            if (name == "csv")
-                options.reader = curvePlotParser::tabulated;
-            else if (name == "fast")
-                options.reader = curvePlotParser::tabulated_fast;
-            else if (name == "slow")
-                options.reader = curvePlotParser::tabulated_slow;
-            else if (name == "html")
-                options.reader = curvePlotParser::html;
-            else if (name == "tecplot")
-                options.reader = curvePlotParser::tecplot;
-            else {
-                err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot)\n";
-                return false;
-            }
-        } else if (argument == "--verbose" || argument == "-v") {
-            options.verbose = true;
-        } else if (withSection && argument == "--section" && i + 1 < arguments.size()) {
-            options.section = arguments[++i];
-        } else if (argument.size() > 1 && argument[0] == '-' && argument != "-") {
-            err << "zelwave-cli: unknown option \"" << argument << "\"\n";
-            return false;
-        } else {
-            options.positional.push_back(argument);
-        }
-    }
-    return true;
-}
-
-// Reads one file into the store; messages go to err.
-returnCode readFile(cCurvePlotDataFile& store, const std::string& name, const cFileOptions& options, std::ostream& err)
-{
-    cStreamLogger messages(err, options.verbose ? vxLogger::info : vxLogger::warning);
-    cCurvePlotParser parser;
-    parser.logger().setLoggerCallBack(&messages);
-    parser.setForcedParserType(options.reader);
-    const returnCode code = parser.parse(store, name);
-    parser.logger().setLoggerCallBack(nullptr);
-    return code;
-}
+using namespace cliFiles;
 
 std::string unitOf(const cCurvePlotDataType* type)
 {
@@ -95,20 +29,6 @@ std::string unitOf(const cCurvePlotDataType* type)
     return text.empty() ? type->getUnitName() : text;
 }
 
-std::string number(double value)
-{
-    char buffer[40];
-    std::snprintf(buffer, sizeof(buffer), "%.17g", value);
-    return buffer;
-}
-
-std::vector<cCurvePlotDataSection*> sectionsOf(cCurvePlotDataFile& store)
-{
-    std::vector<cCurvePlotDataSection*> sections;
-    for (uint64_t i = 0; i < store.getNbOfDataSections(); ++i)
-        sections.push_back(store.getDataSectionFromIndex(i));
-    return sections;
-}
 
 int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {

@@ -7,5 +7,6 @@ int main(int argc, char** argv)
     vx3::cCliTool tool;
     vx3::addCommandLanguageSubcommands(tool);
     vx3::addFileSubcommands(tool);
+    vx3::addValueSubcommands(tool);
     return tool.run(argc, argv, std::cout, std::cerr);
 }

@@ -1,0 +1,137 @@
+#include "cliFileSupport.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <iostream>
+
+#include "base/cVxLogger.h"
+#include "base/cVxString.h"
+
+namespace vx3::cliFiles {
+
+namespace {
+// The reader's messages go to the error stream, so that standard output stays data.
+class cStreamLogger : public cVxLoggerCallBack {
+public:
+    cStreamLogger(std::ostream& stream, bool verbose) : mStream(stream), mVerbose(verbose) {}
+    // Errors and warnings always; informations and the rest only when asked for.
+    void loggerCallBackVirtualLogMessage(unsigned severity, const std::string& text) override
+    {
+        const bool problem = severity >= vxLogger::fatal_error && severity <= vxLogger::warning;
+        if (problem || mVerbose)
+            mStream << vxLogger::severityTag(severity) << text << '\n';
+    }
+
+private:
+    std::ostream& mStream;
+    bool mVerbose;
+};
+
+}  // namespace
+
+bool cFileOptions::hasFlag(const std::string& flag) const
+{
+    return std::find(flags.begin(), flags.end(), flag) != flags.end();
+}
+
+// Common options; false (with a message) for a bad one.
+bool readOptions(const std::vector<std::string>& arguments, cFileOptions& options, std::ostream& err,
+                 bool withSection)
+{
+    for (size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == "--reader" && i + 1 < arguments.size()) {
+            const std::string& name = arguments[++i];
+            if (name == "csv")
+                options.reader = curvePlotParser::tabulated;
+            else if (name == "fast")
+                options.reader = curvePlotParser::tabulated_fast;
+            else if (name == "slow")
+                options.reader = curvePlotParser::tabulated_slow;
+            else if (name == "html")
+                options.reader = curvePlotParser::html;
+            else if (name == "tecplot")
+                options.reader = curvePlotParser::tecplot;
+            else {
+                err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot)\n";
+                return false;
+            }
+        } else if (argument == "--verbose" || argument == "-v") {
+            options.verbose = true;
+        } else if (withSection && argument == "--section" && i + 1 < arguments.size()) {
+            options.section = arguments[++i];
+        } else if (std::find(options.allowedFlags.begin(), options.allowedFlags.end(), argument) !=
+                   options.allowedFlags.end()) {
+            options.flags.push_back(argument);
+        } else if (argument.size() > 1 && argument[0] == '-' && argument != "-" &&
+                   !(argument.size() > 1 && (std::isdigit(static_cast<unsigned char>(argument[1])) || argument[1] == '.'))) {
+            err << "zelwave-cli: unknown option \"" << argument << "\"\n";
+            return false;
+        } else {
+            options.positional.push_back(argument);
+        }
+    }
+    return true;
+}
+
+// Reads one file into the store; messages go to err.
+returnCode readFile(cCurvePlotDataFile& store, const std::string& name, const cFileOptions& options, std::ostream& err)
+{
+    cStreamLogger messages(err, options.verbose);
+    cCurvePlotParser parser;
+    parser.logger().setLoggerCallBack(&messages);
+    parser.setForcedParserType(options.reader);
+    const returnCode code = parser.parse(store, name);
+    parser.logger().setLoggerCallBack(nullptr);
+    return code;
+}
+
+std::vector<cCurvePlotDataSection*> sectionsOf(cCurvePlotDataFile& store)
+{
+    std::vector<cCurvePlotDataSection*> sections;
+    for (uint64_t i = 0; i < store.getNbOfDataSections(); ++i)
+        sections.push_back(store.getDataSectionFromIndex(i));
+    return sections;
+}
+
+bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& name,
+               const std::string& subcommand, std::ostream& err, cCurveChoice& choice)
+{
+    uint64_t sectionIndex = 0;
+    if (!cVxString(options.section).toUint64(sectionIndex)) {
+        err << "zelwave-cli " << subcommand << ": --section wants a number\n";
+        return false;
+    }
+    const std::vector<cCurvePlotDataSection*> sections = sectionsOf(store);
+    if (sectionIndex >= sections.size()) {
+        err << "zelwave-cli " << subcommand << ": the file has " << sections.size() << " section(s)\n";
+        return false;
+    }
+    choice.section = sections[sectionIndex];
+    cCurvePlotDataSection& section = *choice.section;
+    const uint64_t index = section.findVariableIndex(name);
+    if (index != cCurvePlotDataSection::npos) {
+        choice.curve = &section.getVariable(index);
+        choice.index = index;
+        return true;
+    }
+    const uint64_t sweep = section.findSweepVariableIndex(name);
+    if (sweep != cCurvePlotDataSection::npos) {
+        choice.curve = &section.getSweepVariable(sweep);
+        choice.index = sweep;
+        choice.isSweep = true;
+        return true;
+    }
+    err << "zelwave-cli " << subcommand << ": no curve \"" << name << "\" in section " << sectionIndex << '\n';
+    return false;
+}
+
+std::string number(double value)
+{
+    char buffer[40];
+    std::snprintf(buffer, sizeof(buffer), "%.17g", value);
+    return buffer;
+}
+
+}  // namespace vx3::cliFiles

@@ -1,0 +1,45 @@
+// What the subcommands that read waveform files share: their options, reading a file with the
+// readers' messages on the error stream, and finding a section and a curve.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "model/cCurvePlotDataFile.h"
+#include "readers/cCurvePlotParser.h"
+
+namespace vx3::cliFiles {
+
+struct cFileOptions {
+    unsigned reader = curvePlotParser::none;
+    bool verbose = false;
+    std::string section = "0";
+    std::vector<std::string> positional;
+    // Flags a subcommand accepts besides the common ones (without value), and those found.
+    std::vector<std::string> allowedFlags;
+    std::vector<std::string> flags;
+    bool hasFlag(const std::string& flag) const;
+};
+
+// Common options; false (with a message) for a bad one.
+bool readOptions(const std::vector<std::string>& arguments, cFileOptions& options, std::ostream& err,
+                 bool withSection);
+// Reads one file into the store; messages go to err.
+returnCode readFile(cCurvePlotDataFile& store, const std::string& name, const cFileOptions& options, std::ostream& err);
+std::vector<cCurvePlotDataSection*> sectionsOf(cCurvePlotDataFile& store);
+
+// The section of --section and the curve (or sweep) named by name; null with a message on err.
+struct cCurveChoice {
+    cCurvePlotDataSection* section = nullptr;
+    const cCurvePlotVariable* curve = nullptr;
+    uint64_t index = 0;
+    bool isSweep = false;
+};
+bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& name,
+               const std::string& subcommand, std::ostream& err, cCurveChoice& choice);
+
+// Full precision that reads back to the same double.
+std::string number(double value);
+
+}  // namespace vx3::cliFiles

@@ -1,0 +1,196 @@
+// Subcommands that read values of a curve: the value at given x positions (interpolated as the
+// cursors of a plot read it, or the closest sample), and the integrals.
+#include <cmath>
+#include <iostream>
+#include <sstream>
+
+#include "base/cVxLogger.h"
+#include "base/cVxString.h"
+#include "cCliTool.h"
+#include "cliFileSupport.h"
+#include "model/cDataVectors.h"
+#include "model/curveValueAnalysis.h"
+#include "model/curveValueLookup.h"
+
+namespace vx3 {
+
+namespace {
+
+using namespace cliFiles;
+
+const char* kValueOptions =
+    "Options:\n"
+    "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot\n"
+    "  --section N  the section, counting from 0 (default 0)\n"
+    "  --verbose    also print the readers' informations (to standard error)\n";
+
+// The curve's real vectors with x, loaded; false with a message.
+bool curveVectors(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,
+                  std::ostream& err, cCurveChoice& choice, curvePlotFunctionArgs::cDataVectors& vectors)
+{
+    const returnCode code = readFile(store, options.positional[0], options, err);
+    if (code != ok && code != partly_parsed)
+        return false;
+    if (!findCurve(store, options, options.positional[1], subcommand, err, choice))
+        return false;
+    cCurvePlotVariable& curve = const_cast<cCurvePlotVariable&>(*choice.curve);
+    cVxLogger logger;
+    if (!choice.isSweep && curve.loadDataFromDb(logger, choice.section, choice.index) != ok) {
+        err << "zelwave-cli " << subcommand << ": the values of \"" << curve.name() << "\" can't be loaded\n";
+        return false;
+    }
+    if (!curve.computeDataVectors(*choice.section, vectors) || !vectors.count) {
+        err << "zelwave-cli " << subcommand << ": \"" << curve.name() << "\" has no real or complex values\n";
+        return false;
+    }
+    if (choice.isSweep || !vectors.checkHasX()) {
+        // A sweep, or a curve without x: its values over their index.
+        static thread_local std::vector<double> indices;
+        indices.resize(vectors.count);
+        for (uint64_t i = 0; i < vectors.count; ++i)
+            indices[i] = static_cast<double>(i);
+        vectors.xDouble = indices.data();
+        vectors.xFloat = nullptr;
+        vectors.xUint64 = nullptr;
+        vectors.monotony = derivedCurveFunction::monotony_strictly_rising;
+    }
+    return true;
+}
+
+// Calls fn(xs, ys) with the typed pointers of the vectors.
+template <class Fn>
+auto withTypedVectors(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
+{
+    auto withY = [&](auto xs) {
+        if (v.yDouble)
+            return fn(xs, v.yDouble);
+        if (v.yFloat)
+            return fn(xs, v.yFloat);
+        if (v.yDoubleComplex)
+            return fn(xs, v.yDoubleComplex);
+        return fn(xs, v.yFloatComplex);
+    };
+    if (v.xDouble)
+        return withY(v.xDouble);
+    if (v.xFloat)
+        return withY(v.xFloat);
+    return withY(v.xUint64);
+}
+
+int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
+{
+    cFileOptions options;
+    options.allowedFlags = {"--closest", "--log-x", "--magnitude", "--db", "--phase", "--imag"};
+    if (!readOptions(arguments, options, err, true))
+        return 2;
+    if (options.positional.size() < 3) {
+        err << "zelwave-cli at: name one file, one curve and at least one x\n";
+        return 2;
+    }
+    std::vector<double> targets;
+    for (size_t i = 2; i < options.positional.size(); ++i) {
+        double x = 0;
+        if (!cVxString(options.positional[i]).toDouble(x)) {
+            err << "zelwave-cli at: \"" << options.positional[i] << "\" is no number\n";
+            return 2;
+        }
+        targets.push_back(x);
+    }
+    cCurvePlotDataFile store;
+    cCurveChoice choice;
+    curvePlotFunctionArgs::cDataVectors vectors;
+    if (!curveVectors(store, options, "at", err, choice, vectors))
+        return 1;
+    cDerivedCurveFunction conversion;
+    using namespace derivedCurveFunction;
+    if (options.hasFlag("--imag"))
+        conversion.setConversion(imaginary_part);
+    else if (options.hasFlag("--magnitude"))
+        conversion.setConversion(magnitude);
+    else if (options.hasFlag("--db"))
+        conversion.setConversion(magnitude_in_db);
+    else if (options.hasFlag("--phase"))
+        conversion.setConversion(angle);
+    unsigned monotony = vectors.monotony;
+    if (monotony == monotony_unknown)
+        monotony = withTypedVectors(vectors, [&](auto xs, auto) {
+            return static_cast<unsigned>(curvePlotVariable::computeMonotonyType(xs, vectors.count));
+        });
+    const bool closest = options.hasFlag("--closest"), logX = options.hasFlag("--log-x");
+    uint64_t cursor = 0;
+    out << "x," << (closest ? "closest_x," : "") << choice.curve->name() << '\n';
+    for (double x : targets) {
+        withTypedVectors(vectors, [&](auto xs, auto ys) {
+            out << number(x) << ',';
+            if (closest) {
+                double found = 0;
+                if (curvePlotVariable::computeClosestXValue(x, xs, cursor, found, vectors.count, monotony))
+                    out << number(found) << ',' << number(curvePlotVariable::convertedValue(ys[cursor], conversion));
+                else
+                    out << ",undefined";
+            } else {
+                double value = 0;
+                if (curvePlotVariable::findInterpolatedValue(x, xs, ys, vectors.count, monotony, cursor, value,
+                                                             conversion, logX))
+                    out << number(value);
+                else
+                    out << "undefined";
+            }
+            out << '\n';
+            return 0;
+        });
+    }
+    return 0;
+}
+
+int runIntegral(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
+{
+    cFileOptions options;
+    if (!readOptions(arguments, options, err, true))
+        return 2;
+    if (options.positional.size() != 2) {
+        err << "zelwave-cli integral: name one file and one curve\n";
+        return 2;
+    }
+    cCurvePlotDataFile store;
+    cCurveChoice choice;
+    curvePlotFunctionArgs::cDataVectors vectors;
+    if (!curveVectors(store, options, "integral", err, choice, vectors))
+        return 1;
+    if (vectors.yDoubleComplex || vectors.yFloatComplex) {
+        err << "zelwave-cli integral: \"" << choice.curve->name() << "\" is complex; integrals are of real curves\n";
+        return 1;
+    }
+    withTypedVectors(vectors, [&](auto xs, auto ys) {
+        if constexpr (std::is_arithmetic_v<std::remove_cv_t<std::remove_pointer_t<decltype(ys)>>>) {
+            out << "integral,absolute_integral\n"
+                << number(curvePlotVariable::computeRealIntegral(xs, ys, vectors.count)) << ','
+                << number(curvePlotVariable::computeRealAbsIntegral(xs, ys, vectors.count)) << '\n';
+        }
+        return 0;
+    });
+    return 0;
+}
+
+}  // namespace
+
+void addValueSubcommands(cCliTool& tool)
+{
+    tool.add({"at", "the value of a curve at x positions, as a plot's cursor reads it",
+              "usage: zelwave-cli at [options] [--closest] [--log-x] [--imag|--magnitude|--db|--phase]\n"
+              "                      FILE CURVE X...\n\n"
+              "Prints \"x,value\" for each X: the value interpolated between the neighbouring points\n"
+              "(on log10 of x with --log-x), the end value outside the curve's range, \"undefined\"\n"
+              "next to a missing value. With --closest the x and value of the nearest sample instead.\n"
+              "A complex curve gives its real part unless a conversion is chosen.\n\n" +
+                  std::string(kValueOptions),
+              runAt});
+    tool.add({"integral", "the integral and the integral of the absolute value of a curve over x",
+              "usage: zelwave-cli integral [options] FILE CURVE\n\n"
+              "Sums trapezoids between neighbouring points; the absolute integral cuts a trapezoid at\n"
+              "its zero crossing.\n\n" +
+                  std::string(kValueOptions),
+              runIntegral});
+}
+
+}  // namespace vx3
