@@ -12,6 +12,7 @@
 #include "base/cVxLogger.h"
 #include "model/cCurveDbLoader.h"
 #include "model/cCurvePlotDataFile.h"
+#include "model/curveValueDistance.h"
 #include "model/curveValueLookup.h"
 
 using namespace vx3;
@@ -304,6 +305,15 @@ TEST(LogicValues, StateAtXInEveryLayout)
     EXPECT_EQ(value, "L");
     ASSERT_TRUE(nine.getDigitalCurveValue(*section, 3, value));
     EXPECT_EQ(value, "X");
+    // The row under the mouse: "L" lies on the low level from x = 2 on, 0.25 of a 40-pixel row away.
+    curvePlotVariable::cDistanceScale scale;
+    scale.rowPixels = 40;
+    uint64_t index = 0;
+    double distance2 = 0;
+    ASSERT_TRUE(nine.computeDistanceToValue(*section, 2.5, 0.25, scale, index, distance2));
+    EXPECT_EQ(index, 2u);
+    EXPECT_DOUBLE_EQ(distance2, 100.0);
+    EXPECT_FALSE(nine.computeDistanceToValue(*section, 2.5, 1.5, scale, index, distance2)) << "outside the row";
     const unsigned char weak[] = {4, 8, 12, 4};
     ASSERT_TRUE(nine.assignValues(weak, 4, 1));
     ASSERT_TRUE(nine.getDigitalCurveValue(*section, 1, value));
