@@ -200,7 +200,7 @@ bool computeDistanceToValueIncreasing(double x, double y, const X* xs, const Y* 
         return detail::noHit(distance2);
     const detail::cXBand band = detail::xBandOf(x, scale);
     uint64_t first = std::min(index, count - 1);
-    detail::placeCursorRising(xs, count, band.low, first);  // the segment across the left edge starts here
+    first = detail::placeCursorRising(xs, count, band.low, first);  // the segment across the left edge starts here
     detail::cNearest nearest;
     detail::measurePolyline(x, y, xs, ys, first, count, scale, conversion, secondValue, 1, yStride,
                             [&band](double xi) { return xi > band.high; }, nearest);

@@ -142,33 +142,12 @@ inline double convertedValue(const Y& y, const cDerivedCurveFunction& conversion
 }
 
 namespace detail {
-// Moves cursor to the last index whose x is at or below target (0 when none is), for rising x.
-// A sequential query moves a few steps; a jump across the curve gallops and costs a logarithm.
+// For rising x: the last index whose x is at or below target (0 when none is), searched from
+// cursor by galloping and halving, for a jump across the curve. Out of line, so that the common
+// path below stays small.
 template <typename X>
-inline void placeCursorRising(const X* xs, uint64_t count, double target, uint64_t& cursor)
+__attribute__((noinline)) uint64_t searchCursorRising(const X* xs, uint64_t count, double target, uint64_t cursor)
 {
-    // Sequential queries move a few points. Counting, without a branch, how many of the next 16
-    // x values are at or below the target places the cursor at once for rising x; branches that
-    // stop a walk at an unpredictable point cost more than the comparisons.
-    constexpr uint64_t kWindow = 16;
-    if (cursor + kWindow < count) {
-        uint64_t below = 0;
-        for (uint64_t k = 1; k <= kWindow; ++k)
-            below += xs[cursor + k] <= target ? 1u : 0u;
-        if (below < kWindow) {
-            cursor += below;
-            if (below > 0 || xs[cursor] <= target)
-                return;
-            // the target lies behind the cursor: the search below walks back
-        } else {
-            cursor += kWindow;
-        }
-    }
-    // Strides of 8, then single steps, before galloping.
-    for (int k = 0; k < 4 && cursor + 8 < count && xs[cursor + 8] <= target; ++k)
-        cursor += 8;
-    for (int k = 0; k < 8 && cursor + 1 < count && xs[cursor + 1] <= target; ++k)
-        ++cursor;
     if (cursor + 1 < count && xs[cursor + 1] <= target) {
         uint64_t low = cursor + 1, step = 1;
         while (low + step < count && xs[low + step] <= target) {
@@ -183,31 +162,58 @@ inline void placeCursorRising(const X* xs, uint64_t count, double target, uint64
             else
                 high = middle;
         }
-        cursor = low;
-    } else if (cursor > 0 && xs[cursor] > target) {
-        uint64_t high = cursor, step = 1;  // xs[high] > target
-        while (high >= step && xs[high - step] > target) {
-            high -= step;
-            step <<= 1;
-        }
-        if (high == 0) {
-            cursor = 0;
-            return;
-        }
-        uint64_t low = high >= step ? high - step : 0;  // xs[low] <= target unless low is 0
-        if (xs[low] > target) {
-            cursor = 0;
-            return;
-        }
-        while (high - low > 1) {
-            const uint64_t middle = low + (high - low) / 2;
-            if (xs[middle] <= target)
-                low = middle;
-            else
-                high = middle;
-        }
-        cursor = low;
+        return low;
     }
+    if (cursor == 0 || !(xs[cursor] > target))
+        return cursor;
+    uint64_t high = cursor, step = 1;  // xs[high] > target
+    while (high >= step && xs[high - step] > target) {
+        high -= step;
+        step <<= 1;
+    }
+    if (high == 0)
+        return 0;
+    uint64_t low = high >= step ? high - step : 0;  // xs[low] <= target unless low is 0
+    if (xs[low] > target)
+        return 0;
+    while (high - low > 1) {
+        const uint64_t middle = low + (high - low) / 2;
+        if (xs[middle] <= target)
+            low = middle;
+        else
+            high = middle;
+    }
+    return low;
+}
+
+// The last index whose x is at or below target (0 when none is), for rising x, starting from the
+// cursor of the previous query. Sequential queries move a few points: counting, without a
+// branch, how many of the next x values are at or below the target places the cursor at once.
+// Two blocks of 8 rather than one of 16: the second is taken by a well-predicted branch, and the
+// shorter sums shorten the chain from one query to the next. Inlined and by value, so that the
+// cursor stays in a register across queries.
+template <typename X>
+__attribute__((always_inline)) inline uint64_t placeCursorRising(const X* xs, uint64_t count, double target,
+                                                                 uint64_t cursor)
+{
+    constexpr uint64_t kBlock = 8;
+    if (cursor + 2 * kBlock < count) {
+        uint64_t below = 0;
+        for (uint64_t k = 1; k <= kBlock; ++k)
+            below += xs[cursor + k] <= target ? 1u : 0u;
+        if (below == kBlock) {
+            uint64_t more = 0;
+            for (uint64_t k = kBlock + 1; k <= 2 * kBlock; ++k)
+                more += xs[cursor + k] <= target ? 1u : 0u;
+            if (more < kBlock)
+                return cursor + kBlock + more;
+            return searchCursorRising(xs, count, target, cursor + 2 * kBlock);
+        }
+        if (below > 0 || xs[cursor] <= target)
+            return cursor + below;
+        // the target lies behind the cursor: the search walks back
+    }
+    return searchCursorRising(xs, count, target, cursor);
 }
 
 // Steps 2 to 8 for the pair (lower, lower + 1) once the cursor is placed.
@@ -278,7 +284,7 @@ bool computeInterpolatedValueIncreasing(double x, const X* xs, const Y* ys, uint
         return false;
     if (cursor >= count)
         cursor = count - 1;
-    detail::placeCursorRising(xs, count, x, cursor);
+    cursor = detail::placeCursorRising(xs, count, x, cursor);
     if (detail::duplicateAtX(x, xs, ys, cursor, out, conversion, stride))
         return true;
     return detail::interpolatePair(x, xs, ys, count, cursor, out, conversion, logX, stride);
