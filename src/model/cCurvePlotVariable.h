@@ -143,6 +143,40 @@ public:
     bool computeDistanceToValue(const cCurvePlotDataSection& section, double x, double y,
                                 const curvePlotVariable::cDistanceScale& scale, uint64_t& index, double& distance2,
                                 bool secondValue = false) const;
+    // ---- Reading values (cCurvePlotVariableValues.cpp). The curve's values must be loaded; x
+    // comes from the curve itself (parameterized) or the section's x axis. Values pass through
+    // the curve's conversion. False when there is nothing to read.
+    // The sample whose x is closest to x: its index (also the search's starting point) and x.
+    bool findClosestXValue(const cCurvePlotDataSection& section, double x, uint64_t& index, double& closestX) const;
+    // The value at x as a cursor reads it: interpolated, the end values outside the range.
+    bool findInterpolatedValue(const cCurvePlotDataSection& section, double x, uint64_t& cursor, double& value,
+                               bool logX = false, bool secondValue = false) const;
+    // The (converted) value of sample index.
+    bool findCorresponingValue(const cCurvePlotDataSection& section, uint64_t index, double& value,
+                               bool secondValue = false) const;
+    // The x nearest to startX at which the curve's line passes through y.
+    bool findClosestXValueForGivenY(const cCurvePlotDataSection& section, double y, double startX, double& x) const;
+    // The first sample at or past x (atOrAfter), or strictly past it; the count when none.
+    uint64_t findApproxXValueIndex(const cCurvePlotDataSection& section, double x, bool atOrAfter) const;
+    // x of sample index; NaN when there is none.
+    double computeXValue(const cCurvePlotDataSection& section, uint64_t index) const;
+    bool getMinXAxisValue(const cCurvePlotDataSection& section, double& x) const;
+    bool getMaxXAxisValue(const cCurvePlotDataSection& section, double& x) const;
+    // Trapezoids over x; the absolute form cuts a trapezoid at its zero crossing.
+    bool computeIntegral(const cCurvePlotDataSection& section, double& integral) const;
+    bool computeAbsIntegral(const cCurvePlotDataSection& section, double& integral) const;
+    // Samples per unit of x: (count - 1) over the x range.
+    double estimateSamplingFrequency(const cCurvePlotDataSection& section) const;
+    // Whether the values repeat after period (within tolerance, relative to the value range),
+    // checked at every sample that has a sample one period later.
+    bool checkIsPeriodic(const cCurvePlotDataSection& section, double period, double tolerance = 1e-9) const;
+    // Whether the values in [from, to] all equal the first of them (within tolerance, relative).
+    bool checkIsConstantOverPeriod(const cCurvePlotDataSection& section, double from, double to,
+                                   double tolerance = 1e-9) const;
+    // Whether x is spaced logarithmically (so that a log axis suits it by default).
+    bool checkForLogarithmicScale(const cCurvePlotDataSection& section) const;
+    // The 64-bit positions of a sparse curve with value vectors; null for other layouts.
+    const uint64_t* uint64SparseIndices() const { return getValueVectorWidth() ? valueVectorPositions() : nullptr; }
     // The logic state at x of a digital curve, as text in the given digital display (a vector)
     // or its single character; false where the curve has no value (before its first event).
     bool getDigitalCurveValue(const cCurvePlotDataSection& section, double x, std::string& value,
