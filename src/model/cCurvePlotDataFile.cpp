@@ -55,6 +55,29 @@ const std::vector<cCurvePlotDataSection*>& cCurvePlotDataFile::sectionCache()
     return mSectionCache;
 }
 
+void cCurvePlotDataFile::createCurveHierarchy(uint64_t firstSectionIndex, bool flag)
+{
+    cVxScopedLock lock(mMutex);
+    const std::vector<cCurvePlotDataSection*>& sections = sectionCache();
+    for (uint64_t index = firstSectionIndex; index < sections.size(); ++index)
+        sections[index]->createCurveHierarchy(flag);
+}
+
+void cCurvePlotDataFile::createCurveHierarchy(const std::vector<cCurvePlotDataSection*>& sections, bool flag)
+{
+    cVxScopedLock lock(mMutex);
+    for (cCurvePlotDataSection* section : sections)
+        if (section)
+            section->createCurveHierarchy(flag);
+}
+
+void cCurvePlotDataFile::createCurveHierarchyOfLastSection(bool flag)
+{
+    cVxScopedLock lock(mMutex);
+    if (!mSections.empty())
+        mSections.back()->createCurveHierarchy(flag);
+}
+
 cCurvePlotDataSection* cCurvePlotDataFile::addDataSection(cFileDbSupport& file)
 {
     return addDataSection(std::string(), &file);

@@ -120,6 +120,11 @@ public:
     const cCurvePlotDataType* getTypeFromTypeIndex(uint64_t index) const;
     uint64_t getNbOfTypes() const { return mTypes.size(); }
 
+    // ---- Instance trees of the curve names (flag as in cCurvePlotDataSection::createCurveHierarchy)
+    void createCurveHierarchy(uint64_t firstSectionIndex, bool flag = true);
+    void createCurveHierarchy(const std::vector<cCurvePlotDataSection*>& sections, bool flag = true);
+    void createCurveHierarchyOfLastSection(bool flag = true);
+
     // ---- Names
     void attributeUniqueNamesToNewDataSections(uint64_t firstIndex);
     void makeDataSectionNameUnique(cCurvePlotDataSection& section);

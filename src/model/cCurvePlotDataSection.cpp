@@ -231,27 +231,40 @@ bool cCurvePlotDataSection::renameVariable(uint64_t index, const std::string& na
 {
     if (index >= mVariables.size())
         return false;
-    std::lock_guard<std::mutex> lock(mNameIndexMutex);
-    mVariables[index].setName(name);
-    mNameIndex.invalidate();
+    {
+        std::lock_guard<std::mutex> lock(mNameIndexMutex);
+        mVariables[index].setName(name);
+        mNameIndex.invalidate();
+    }
+    refreshCurveHierarchy();
     return true;
+}
+
+void cCurvePlotDataSection::refreshCurveHierarchy()
+{
+    // A built tree holds names and indices: it is built again, the same way, when they change.
+    if (mCurveHierarchy.getHierachySize() > 0)
+        createCurveHierarchy(mCurveHierarchyFlag);
 }
 
 bool cCurvePlotDataSection::removeVariable(uint64_t index)
 {
     if (index >= mVariables.size())
         return false;
-    std::lock_guard<std::mutex> lock(mNameIndexMutex);
-    mVariables.erase(mVariables.begin() + static_cast<std::ptrdiff_t>(index));
-    mNameIndex.invalidate();
-    // Per-curve properties follow their curves down by one.
-    std::map<uint64_t, cCurvePlotProperties> moved;
-    for (auto& [curve, properties] : mCurveProperties)
-        if (curve != index)
-            moved.emplace(curve > index ? curve - 1 : curve, std::move(properties));
-    mCurveProperties = std::move(moved);
-    if (index < mOldValueCounts.size())
-        mOldValueCounts.erase(mOldValueCounts.begin() + static_cast<std::ptrdiff_t>(index));
+    {
+        std::lock_guard<std::mutex> lock(mNameIndexMutex);
+        mVariables.erase(mVariables.begin() + static_cast<std::ptrdiff_t>(index));
+        mNameIndex.invalidate();
+        // Per-curve properties follow their curves down by one.
+        std::map<uint64_t, cCurvePlotProperties> moved;
+        for (auto& [curve, properties] : mCurveProperties)
+            if (curve != index)
+                moved.emplace(curve > index ? curve - 1 : curve, std::move(properties));
+        mCurveProperties = std::move(moved);
+        if (index < mOldValueCounts.size())
+            mOldValueCounts.erase(mOldValueCounts.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+    refreshCurveHierarchy();
     return true;
 }
 
@@ -395,6 +408,7 @@ bool cCurvePlotDataSection::checkIsReferedTo() const
 void cCurvePlotDataSection::initForReloadImpl(bool clearValues, bool touchValues)
 {
     mMustClose = true;
+    mCurveHierarchy.clear();  // its curve indices may not survive the reload
     clearProperties();
     mStepParameters.clear();  // they index the properties just cleared
     mReloadFlags = curvePlotDataSection::reload_name_changed | curvePlotDataSection::reload_variables_added |
@@ -418,6 +432,16 @@ void cCurvePlotDataSection::initForReloadImpl(bool clearValues, bool touchValues
         reset(variable);
     for (cCurvePlotSweepVariable& variable : mSweepVariables)
         reset(variable);
+}
+
+void cCurvePlotDataSection::createCurveHierarchy(bool flag)
+{
+    std::lock_guard<std::mutex> lock(mNameIndexMutex);  // names may be renamed meanwhile
+    mCurveHierarchyFlag = flag;
+    mCurveHierarchy.computeCurveHierarchy(mVariables, true,
+                                          flag ? cCurvePlotDataCurveHierarchy::vote_separator
+                                               : unsigned(curvePlotProperties::no_separator));
+    mCurveHierarchy.defineInstanceIndices();
 }
 
 void cCurvePlotDataSection::initForReload(bool clearValues) { initForReloadImpl(clearValues, true); }

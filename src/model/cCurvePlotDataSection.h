@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "model/analysisType.h"
+#include "model/cCurvePlotDataCurveHierarchy.h"
 #include "model/cCurvePlotProperties.h"
 #include "model/cCurvePlotVariable.h"
 #include "model/cVariableNameIndex.h"
@@ -177,6 +178,23 @@ public:
     uint64_t updateOrCreateArtSweepVariable(cCurvePlotDataFile& store);
     bool getXStartAndStepOrDefault(uint64_t sweepIndex, double& start, double& step) const;
 
+    // ---- Values of the curves as a whole (cCurvePlotDataSectionValues.cpp)
+    // The vectors of one cut of a sweep-matrix curve: y from the cut's first value with the cut
+    // stride, x the sweep that permutation puts last. A curve without sweep matrix: its vectors.
+    bool computeSweepDataVectors(uint64_t curveIndex, uint64_t cutIndex, const std::vector<uint64_t>& permutation,
+                                 curvePlotFunctionArgs::cDataVectors& vectors) const;
+    // Curves one value short of the x axis get their last value again; returns how many.
+    uint64_t duplicateLastValueIfNecessary();
+    void balanceParameterizedCurves();
+    // Extremes of every loaded curve that has none yet; returns how many were computed.
+    uint64_t computeMinMaxValuesOfLoadedCurves();
+
+    // ---- Instance tree of the curve names; its root is the section.
+    const cCurvePlotDataCurveHierarchy& getCurveHierarchy() const { return mCurveHierarchy; }
+    cCurvePlotDataCurveHierarchy& getCurveHierarchy() { return mCurveHierarchy; }
+    // With flag off all curves stay at the root (the reader's option not to build instances).
+    void createCurveHierarchy(bool flag = true);
+
     // ---- Per-curve properties
     void addSweepVariableProperties(uint64_t index, const cCurvePlotProperties& properties);
     void addCurveProperties(uint64_t index, const cCurvePlotProperties& properties);
@@ -223,6 +241,7 @@ public:
 
 private:
     void initForReloadImpl(bool clearValues, bool touchValues);
+    void refreshCurveHierarchy();
     uint64_t findWithKey(cVariableNameIndex::key_kind kind, const std::string& query, uint64_t start,
                          bool usersOnly) const;
     uint64_t findPasses(uint64_t start, const std::string& name, bool caseInsensitive) const;
@@ -255,6 +274,8 @@ private:
     // Built lazily by const lookups, which may come from the reader thread and the main thread.
     mutable std::mutex mNameIndexMutex;
     mutable cVariableNameIndex mNameIndex;
+    cCurvePlotDataCurveHierarchy mCurveHierarchy;
+    bool mCurveHierarchyFlag = true;
 };
 
 }  // namespace vx3
