@@ -24,9 +24,11 @@ const char* kValueOptions =
     "  --section N  the section, counting from 0 (default 0)\n"
     "  --verbose    also print the readers' informations (to standard error)\n";
 
-// The curve's real vectors with x, loaded; false with a message.
+// The curve's vectors with x, loaded; false with a message. A sweep, or a curve without x, is
+// taken over its index, which indices then holds.
 bool curveVectors(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,
-                  std::ostream& err, cCurveChoice& choice, curvePlotFunctionArgs::cDataVectors& vectors)
+                  std::ostream& err, cCurveChoice& choice, curvePlotFunctionArgs::cDataVectors& vectors,
+                  std::vector<double>& indices)
 {
     const returnCode code = readFile(store, options.positional[0], options, err);
     if (code != ok && code != partly_parsed)
@@ -44,8 +46,6 @@ bool curveVectors(cCurvePlotDataFile& store, const cFileOptions& options, const 
         return false;
     }
     if (choice.isSweep || !vectors.checkHasX()) {
-        // A sweep, or a curve without x: its values over their index.
-        static thread_local std::vector<double> indices;
         indices.resize(vectors.count);
         for (uint64_t i = 0; i < vectors.count; ++i)
             indices[i] = static_cast<double>(i);
@@ -55,26 +55,6 @@ bool curveVectors(cCurvePlotDataFile& store, const cFileOptions& options, const 
         vectors.monotony = derivedCurveFunction::monotony_strictly_rising;
     }
     return true;
-}
-
-// Calls fn(xs, ys) with the typed pointers of the vectors.
-template <class Fn>
-auto withTypedVectors(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
-{
-    auto withY = [&](auto xs) {
-        if (v.yDouble)
-            return fn(xs, v.yDouble);
-        if (v.yFloat)
-            return fn(xs, v.yFloat);
-        if (v.yDoubleComplex)
-            return fn(xs, v.yDoubleComplex);
-        return fn(xs, v.yFloatComplex);
-    };
-    if (v.xDouble)
-        return withY(v.xDouble);
-    if (v.xFloat)
-        return withY(v.xFloat);
-    return withY(v.xUint64);
 }
 
 int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
@@ -99,7 +79,8 @@ int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ost
     cCurvePlotDataFile store;
     cCurveChoice choice;
     curvePlotFunctionArgs::cDataVectors vectors;
-    if (!curveVectors(store, options, "at", err, choice, vectors))
+    std::vector<double> indices;
+    if (!curveVectors(store, options, "at", err, choice, vectors, indices))
         return 1;
     cDerivedCurveFunction conversion;
     using namespace derivedCurveFunction;
@@ -113,14 +94,14 @@ int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ost
         conversion.setConversion(angle);
     unsigned monotony = vectors.monotony;
     if (monotony == monotony_unknown)
-        monotony = withTypedVectors(vectors, [&](auto xs, auto) {
+        monotony = curvePlotFunctionArgs::visitDataVectors(vectors, [&](auto xs, auto) {
             return static_cast<unsigned>(curvePlotVariable::computeMonotonyType(xs, vectors.count));
         });
     const bool closest = options.hasFlag("--closest"), logX = options.hasFlag("--log-x");
     uint64_t cursor = 0;
     out << "x," << (closest ? "closest_x," : "") << choice.curve->name() << '\n';
     for (double x : targets) {
-        withTypedVectors(vectors, [&](auto xs, auto ys) {
+        curvePlotFunctionArgs::visitDataVectors(vectors, [&](auto xs, auto ys) {
             out << number(x) << ',';
             if (closest) {
                 double found = 0;
@@ -155,13 +136,14 @@ int runIntegral(const std::vector<std::string>& arguments, std::ostream& out, st
     cCurvePlotDataFile store;
     cCurveChoice choice;
     curvePlotFunctionArgs::cDataVectors vectors;
-    if (!curveVectors(store, options, "integral", err, choice, vectors))
+    std::vector<double> indices;
+    if (!curveVectors(store, options, "integral", err, choice, vectors, indices))
         return 1;
     if (vectors.yDoubleComplex || vectors.yFloatComplex) {
         err << "zelwave-cli integral: \"" << choice.curve->name() << "\" is complex; integrals are of real curves\n";
         return 1;
     }
-    withTypedVectors(vectors, [&](auto xs, auto ys) {
+    curvePlotFunctionArgs::visitDataVectors(vectors, [&](auto xs, auto ys) {
         if constexpr (std::is_arithmetic_v<std::remove_cv_t<std::remove_pointer_t<decltype(ys)>>>) {
             out << "integral,absolute_integral\n"
                 << number(curvePlotVariable::computeRealIntegral(xs, ys, vectors.count)) << ','

@@ -188,6 +188,24 @@ bool cCurvePlotData::reserveForPush(uint64_t bytes)
     return resizeStorageVariableSize(std::max(mAllocatedSize + step, mUsedSize + bytes));
 }
 
+bool cCurvePlotData::repeatPreviousValue()
+{
+    const uint64_t count = getVectorSize();
+    if (!mStorage || checkIsParameterizedLayout() || mVectorWidth || count == 0 || mElementSize == 0)
+        return false;
+    const bool growth = mGrowth;
+    mGrowth = true;
+    const bool room = reserveForPush(mElementSize);
+    mGrowth = growth;
+    if (!room)
+        return false;
+    std::memcpy(mStorage.get() + mUsedSize, mStorage.get() + (count - 1) * mElementSize, mElementSize);
+    mUsedSize += mElementSize;
+    if (mValueCount)
+        ++mValueCount;
+    return true;
+}
+
 bool cCurvePlotData::assignValues(const void* values, uint64_t count, uint64_t elementSize)
 {
     if (!setSize(count, elementSize))

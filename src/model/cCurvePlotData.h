@@ -85,6 +85,9 @@ public:
             mValueCount += count;
         return true;
     }
+    // Appends a copy of the last sample of a flat block (the block grows if it must); false for
+    // an empty or parameterized block.
+    bool repeatPreviousValue();
     // Inserts a sample before index (index == count appends). Throws when index is past the end
     // or the sample's width isn't the block's element size.
     template <typename T>

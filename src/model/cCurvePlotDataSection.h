@@ -177,6 +177,8 @@ public:
     // The trivial form sized to the longest curve, when no sweep variable exists.
     uint64_t updateOrCreateArtSweepVariable(cCurvePlotDataFile& store);
     bool getXStartAndStepOrDefault(uint64_t sweepIndex, double& start, double& step) const;
+    // The x axis (the last sweep variable) when its values are in memory as doubles; null otherwise.
+    const double* getXAxisDoubleValues(uint64_t& count) const;
 
     // ---- Values of the curves as a whole (cCurvePlotDataSectionValues.cpp)
     // The vectors of one cut of a sweep-matrix curve: y from the cut's first value with the cut

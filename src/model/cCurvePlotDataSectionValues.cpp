@@ -3,27 +3,24 @@
 #include "model/cCurvePlotDataSection.h"
 #include "model/cDataVectors.h"
 
-#include <cstring>
-
 namespace vx3 {
 
 using namespace curvePlotProperties;
 
-namespace sectionValues {
-namespace {
-// One sample of N bytes, whatever its type.
-template <size_t N>
-struct cBytes {
-    char bytes[N];
-    static cBytes from(const char* data)
-    {
-        cBytes value;
-        std::memcpy(value.bytes, data, N);
-        return value;
-    }
-};
-}  // namespace
-}  // namespace sectionValues
+const double* cCurvePlotDataSection::getXAxisDoubleValues(uint64_t& count) const
+{
+    count = 0;
+    if (mSweepVariables.empty())
+        return nullptr;
+    const cCurvePlotSweepVariable& sweep = mSweepVariables.back();
+    const unsigned type = sweep.getDataType();
+    // Integer time axes are 8 bytes too, but no doubles.
+    if (!sweep.checkHasStorage() || sweep.checkIsParameterizedLayout() || sweep.getElementSize() != sizeof(double) ||
+        type == uint_64 || type == int_64)
+        return nullptr;
+    count = sweep.getVectorSize();
+    return sweep.doubleValues();
+}
 
 bool cCurvePlotDataSection::computeSweepDataVectors(uint64_t curveIndex, uint64_t cutIndex,
                                                     const std::vector<uint64_t>& permutation,
@@ -86,26 +83,8 @@ uint64_t cCurvePlotDataSection::duplicateLastValueIfNecessary()
     for (cCurvePlotVariable& curve : mVariables) {
         const uint64_t count = curve.getVectorSize();
         // A reader that stopped one value short of the x axis: the curve holds its last value.
-        if (!curve.checkHasStorage() || curve.checkIsParameterizedLayout() || count == 0 || count + 1 != points)
-            continue;
-        const uint64_t size = curve.getElementSize();
-        if (!size || size > 16)
-            continue;
-        char last[16];
-        std::memcpy(last, curve.data() + (count - 1) * size, size);
-        const bool growth = curve.getGrowthFlag();
-        curve.setGrowthFlag(true);
-        bool pushed = false;
-        switch (size) {
-        case 1: pushed = curve.pushBackValue(sectionValues::cBytes<1>::from(last)); break;
-        case 2: pushed = curve.pushBackValue(sectionValues::cBytes<2>::from(last)); break;
-        case 4: pushed = curve.pushBackValue(sectionValues::cBytes<4>::from(last)); break;
-        case 8: pushed = curve.pushBackValue(sectionValues::cBytes<8>::from(last)); break;
-        case 16: pushed = curve.pushBackValue(sectionValues::cBytes<16>::from(last)); break;
-        default: break;
-        }
-        extended += pushed ? 1 : 0;
-        curve.setGrowthFlag(growth);
+        if (count + 1 == points && curve.repeatPreviousValue())
+            ++extended;
     }
     return extended;
 }

@@ -21,15 +21,8 @@ std::string singleStateText(char raw)
 bool cCurvePlotVariable::getDigitalCurveValue(const cCurvePlotDataSection& section, double x, std::string& value,
                                               unsigned digitalType) const
 {
-    const double* xs = nullptr;
     uint64_t xCount = 0;
-    if (const uint64_t sweeps = section.getNbOfSweepVariables()) {
-        const cCurvePlotSweepVariable& sweep = section.getSweepVariable(sweeps - 1);
-        if (sweep.checkHasStorage() && !sweep.checkIsParameterizedLayout() && sweep.getElementSize() == sizeof(double)) {
-            xs = sweep.doubleValues();
-            xCount = sweep.getVectorSize();
-        }
-    }
+    const double* xs = section.getXAxisDoubleValues(xCount);
     const char* bits = nullptr;
     uint64_t width = 0;
     if (!findLogicValueAt(getDataType(), x, xs, xCount, 1.0, bits, width) || width == 0)

@@ -131,16 +131,13 @@ bool parameterizedLogicDistance(const cCurvePlotData& data, const cQuery& q)
 // One state byte per point of the section's x vector.
 bool flatLogicDistance(const cCurvePlotData& data, const cCurvePlotDataSection& section, const cQuery& q)
 {
-    const uint64_t sweeps = section.getNbOfSweepVariables();
-    if (!sweeps || data.checkIsParameterizedLayout() || data.getElementSize() != 1)
+    uint64_t xCount = 0;
+    const double* xs = section.getXAxisDoubleValues(xCount);
+    if (!xs || data.checkIsParameterizedLayout() || data.getElementSize() != 1)
         return curvePlotVariable::detail::noHit(q.distance2);
-    const cCurvePlotSweepVariable& sweep = section.getSweepVariable(sweeps - 1);
-    if (!sweep.checkHasStorage() || sweep.checkIsParameterizedLayout() || sweep.getElementSize() != sizeof(double))
-        return curvePlotVariable::detail::noHit(q.distance2);
-    const double* xs = sweep.doubleValues();
     const char* states = data.data();
     return curvePlotVariable::computeDistanceToValueLogic(
-        q.x, q.y, std::min(data.getVectorSize(), sweep.getVectorSize()), [=](uint64_t i) { return xs[i]; },
+        q.x, q.y, std::min(data.getVectorSize(), xCount), [=](uint64_t i) { return xs[i]; },
         [=](uint64_t i) { return levelOf(states + i, 1); }, q.scale, q.index, q.distance2);
 }
 

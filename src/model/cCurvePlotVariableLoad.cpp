@@ -21,8 +21,9 @@ struct cLayout {
     uint64_t y;
 };
 
-// Bytes per value of the data types that a loader can fill; {0, 0} for the others.
-cLayout layoutOf(unsigned dataType)
+// Bytes per value of the data types that a loader can fill; {0, 0} for the others. Logic
+// vectors take one character per bit of logicWidth.
+cLayout layoutOf(unsigned dataType, uint64_t logicWidth = 1)
 {
     switch (dataType) {
     case data_double: case int_64: case uint_64: return {0, 8};
@@ -40,10 +41,9 @@ cLayout layoutOf(unsigned dataType)
         return {8, 4};
     case double_parameterized_uint8: case parameterized_9_level_logic: return {8, 1};
     case nine_level_logic: return {0, 1};
-    // Logic vectors: one character per bit; the width comes from the curve's type.
     case data_double_parameterized_logic_2_state: case data_double_parameterized_logic_4_state:
     case data_double_parameterized_logic_256_state:
-        return {8, 1};
+        return {8, std::max<uint64_t>(1, logicWidth)};
     case interleaved_sparse_double_64b_index: return {0, 16};
     case interleaved_sparse_double_32b_index: return {0, 12};
     case interleaved_sparse_logic: return {0, 9};  // int64 position and one logic character
@@ -59,12 +59,10 @@ bool cCurvePlotVariable::checkDataTypeCanBeLoaded(unsigned dataType) { return la
 
 bool cCurvePlotVariable::prepareStorageForLoading(unsigned dataType, uint64_t count)
 {
-    cLayout layout = layoutOf(dataType);
+    // A logic vector's width comes from the curve's type.
+    const cLayout layout = layoutOf(dataType, mType ? mType->getConstantStringSize() : 1);
     if (!layout.y)
         return false;
-    if (dataType == data_double_parameterized_logic_2_state || dataType == data_double_parameterized_logic_4_state ||
-        dataType == data_double_parameterized_logic_256_state)
-        layout.y = std::max<uint64_t>(1, mType ? mType->getConstantStringSize() : 1);
     clearValues();
     setGrowthFlag(false);
     if (layout.x)

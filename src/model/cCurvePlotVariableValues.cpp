@@ -12,6 +12,7 @@
 namespace vx3 {
 
 using curvePlotFunctionArgs::cDataVectors;
+using curvePlotFunctionArgs::visitDataVectors;
 
 namespace {
 
@@ -21,31 +22,11 @@ bool vectorsWithX(const cCurvePlotVariable& curve, const cCurvePlotDataSection& 
     return curve.computeDataVectors(section, vectors) && vectors.count && vectors.checkHasX();
 }
 
-// fn(xs, ys) with the typed pointers.
-template <class Fn>
-auto visit(const cDataVectors& v, Fn&& fn)
-{
-    auto withY = [&](auto xs) {
-        if (v.yDouble)
-            return fn(xs, v.yDouble);
-        if (v.yFloat)
-            return fn(xs, v.yFloat);
-        if (v.yDoubleComplex)
-            return fn(xs, v.yDoubleComplex);
-        return fn(xs, v.yFloatComplex);
-    };
-    if (v.xDouble)
-        return withY(v.xDouble);
-    if (v.xFloat)
-        return withY(v.xFloat);
-    return withY(v.xUint64);
-}
-
 unsigned monotonyOf(const cDataVectors& v)
 {
     if (v.monotony != derivedCurveFunction::monotony_unknown)
         return v.monotony;
-    return visit(v, [&](auto xs, auto) { return unsigned(curvePlotVariable::computeMonotonyType(xs, v.count)); });
+    return visitDataVectors(v, [&](auto xs, auto) { return unsigned(curvePlotVariable::computeMonotonyType(xs, v.count)); });
 }
 
 template <typename Y>
@@ -58,6 +39,42 @@ double valueOf(const Y& y, const cDerivedCurveFunction& conversion, bool secondV
                            : curvePlotVariable::convertedValue(y, conversion);
 }
 
+// Trapezoids of a real curve over x, of y or of |y|; false for complex curves.
+bool computeRealIntegrals(const cCurvePlotVariable& curve, const cCurvePlotDataSection& section, double& integral,
+                          bool absolute)
+{
+    cDataVectors v;
+    if (!vectorsWithX(curve, section, v) || v.yDoubleComplex || v.yFloatComplex)
+        return false;
+    integral = visitDataVectors(v, [&](auto xs, auto ys) {
+        if constexpr (std::is_arithmetic_v<std::remove_cv_t<std::remove_pointer_t<decltype(ys)>>>)
+            return absolute ? curvePlotVariable::computeRealAbsIntegral(xs, ys, v.count)
+                            : curvePlotVariable::computeRealIntegral(xs, ys, v.count);
+        else
+            return 0.0;
+    });
+    return true;
+}
+
+// The smallest and largest x, and the number of samples; 0 when there is no x.
+uint64_t computeXRange(const cCurvePlotVariable& curve, const cCurvePlotDataSection& section, double& low,
+                       double& high)
+{
+    cDataVectors v;
+    if (!vectorsWithX(curve, section, v))
+        return 0;
+    low = INFINITY;
+    high = -INFINITY;
+    visitDataVectors(v, [&](auto xs, auto) {
+        for (uint64_t i = 0; i < v.count; ++i) {
+            low = std::min(low, static_cast<double>(xs[i]));
+            high = std::max(high, static_cast<double>(xs[i]));
+        }
+        return 0;
+    });
+    return v.count;
+}
+
 }  // namespace
 
 bool cCurvePlotVariable::findClosestXValue(const cCurvePlotDataSection& section, double x, uint64_t& index,
@@ -67,7 +84,7 @@ bool cCurvePlotVariable::findClosestXValue(const cCurvePlotDataSection& section,
     if (!vectorsWithX(*this, section, v))
         return false;
     const unsigned monotony = monotonyOf(v);
-    return visit(v, [&](auto xs, auto) {
+    return visitDataVectors(v, [&](auto xs, auto) {
         return curvePlotVariable::computeClosestXValue(x, xs, index, closestX, v.count, monotony);
     });
 }
@@ -90,7 +107,7 @@ bool cCurvePlotVariable::findInterpolatedValue(const cCurvePlotDataSection& sect
         else if (c == magnitude_and_angle || c == magnitude_in_db_and_angle)
             conversion.setConversion(angle);
     }
-    return visit(v, [&](auto xs, auto ys) {
+    return visitDataVectors(v, [&](auto xs, auto ys) {
         return curvePlotVariable::findInterpolatedValue(x, xs, ys, v.count, monotony, cursor, value, conversion, logX);
     });
 }
@@ -101,7 +118,7 @@ bool cCurvePlotVariable::findCorresponingValue(const cCurvePlotDataSection& sect
     cDataVectors v;
     if (!computeDataVectors(section, v) || index >= v.count)
         return false;
-    value = visit(v, [&](auto, auto ys) { return valueOf(ys[index], *this, secondValue); });
+    value = visitDataVectors(v, [&](auto, auto ys) { return valueOf(ys[index], *this, secondValue); });
     return true;
 }
 
@@ -113,7 +130,7 @@ bool cCurvePlotVariable::findClosestXValueForGivenY(const cCurvePlotDataSection&
         return false;
     bool found = false;
     double bestDistance = INFINITY;
-    visit(v, [&](auto xs, auto ys) {
+    visitDataVectors(v, [&](auto xs, auto ys) {
         for (uint64_t i = 0; i < v.count; ++i) {
             const double x2 = static_cast<double>(xs[i]), y2 = valueOf(ys[i], *this, false);
             double crossing = NAN;
@@ -143,7 +160,7 @@ uint64_t cCurvePlotVariable::findApproxXValueIndex(const cCurvePlotDataSection& 
     if (!vectorsWithX(*this, section, v))
         return v.count;
     const unsigned monotony = monotonyOf(v);
-    return visit(v, [&](auto xs, auto) {
+    return visitDataVectors(v, [&](auto xs, auto) {
         return curvePlotVariable::findApproxXValueIndex(xs, v.count, x, atOrAfter, monotony);
     });
 }
@@ -153,66 +170,36 @@ double cCurvePlotVariable::computeXValue(const cCurvePlotDataSection& section, u
     cDataVectors v;
     if (!vectorsWithX(*this, section, v) || index >= v.count)
         return NAN;
-    return visit(v, [&](auto xs, auto) { return static_cast<double>(xs[index]); });
+    return visitDataVectors(v, [&](auto xs, auto) { return static_cast<double>(xs[index]); });
 }
 
 bool cCurvePlotVariable::getMinXAxisValue(const cCurvePlotDataSection& section, double& x) const
 {
-    cDataVectors v;
-    if (!vectorsWithX(*this, section, v))
-        return false;
-    x = visit(v, [&](auto xs, auto) {
-        double low = INFINITY;
-        for (uint64_t i = 0; i < v.count; ++i)
-            low = std::min(low, static_cast<double>(xs[i]));
-        return low;
-    });
-    return true;
+    double high = 0;
+    return computeXRange(*this, section, x, high);
 }
 
 bool cCurvePlotVariable::getMaxXAxisValue(const cCurvePlotDataSection& section, double& x) const
 {
-    cDataVectors v;
-    if (!vectorsWithX(*this, section, v))
-        return false;
-    x = visit(v, [&](auto xs, auto) {
-        double high = -INFINITY;
-        for (uint64_t i = 0; i < v.count; ++i)
-            high = std::max(high, static_cast<double>(xs[i]));
-        return high;
-    });
-    return true;
+    double low = 0;
+    return computeXRange(*this, section, low, x);
 }
 
 bool cCurvePlotVariable::computeIntegral(const cCurvePlotDataSection& section, double& integral) const
 {
-    cDataVectors v;
-    if (!vectorsWithX(*this, section, v) || v.yDoubleComplex || v.yFloatComplex)
-        return false;
-    integral = v.yDouble ? visit(v, [&](auto xs, auto) { return curvePlotVariable::computeRealIntegral(xs, v.yDouble, v.count); })
-                         : visit(v, [&](auto xs, auto) { return curvePlotVariable::computeRealIntegral(xs, v.yFloat, v.count); });
-    return true;
+    return computeRealIntegrals(*this, section, integral, false);
 }
 
 bool cCurvePlotVariable::computeAbsIntegral(const cCurvePlotDataSection& section, double& integral) const
 {
-    cDataVectors v;
-    if (!vectorsWithX(*this, section, v) || v.yDoubleComplex || v.yFloatComplex)
-        return false;
-    integral = v.yDouble
-                   ? visit(v, [&](auto xs, auto) { return curvePlotVariable::computeRealAbsIntegral(xs, v.yDouble, v.count); })
-                   : visit(v, [&](auto xs, auto) { return curvePlotVariable::computeRealAbsIntegral(xs, v.yFloat, v.count); });
-    return true;
+    return computeRealIntegrals(*this, section, integral, true);
 }
 
 double cCurvePlotVariable::estimateSamplingFrequency(const cCurvePlotDataSection& section) const
 {
     double low = 0, high = 0;
-    cDataVectors v;
-    if (!vectorsWithX(*this, section, v) || v.count < 2 || !getMinXAxisValue(section, low) ||
-        !getMaxXAxisValue(section, high) || high <= low)
-        return 0;
-    return static_cast<double>(v.count - 1) / (high - low);
+    const uint64_t count = computeXRange(*this, section, low, high);
+    return count >= 2 && high > low ? static_cast<double>(count - 1) / (high - low) : 0;
 }
 
 bool cCurvePlotVariable::checkIsPeriodic(const cCurvePlotDataSection& section, double period, double tolerance) const
@@ -223,7 +210,7 @@ bool cCurvePlotVariable::checkIsPeriodic(const cCurvePlotDataSection& section, d
     const unsigned monotony = monotonyOf(v);
     if (!derivedCurveFunction::check_monotony_increasing(monotony))
         return false;
-    return visit(v, [&](auto xs, auto ys) {
+    return visitDataVectors(v, [&](auto xs, auto ys) {
         double low = INFINITY, high = -INFINITY;
         for (uint64_t i = 0; i < v.count; ++i) {
             const double y = valueOf(ys[i], *this, false);
@@ -255,7 +242,7 @@ bool cCurvePlotVariable::checkIsConstantOverPeriod(const cCurvePlotDataSection& 
     cDataVectors v;
     if (!vectorsWithX(*this, section, v) || from > to)
         return false;
-    return visit(v, [&](auto xs, auto ys) {
+    return visitDataVectors(v, [&](auto xs, auto ys) {
         bool first = true;
         double reference = 0;
         for (uint64_t i = 0; i < v.count; ++i) {
@@ -279,7 +266,7 @@ bool cCurvePlotVariable::checkForLogarithmicScale(const cCurvePlotDataSection& s
     cDataVectors v;
     if (!vectorsWithX(*this, section, v))
         return false;
-    return visit(v, [&](auto xs, auto) { return curvePlotVariable::checkForLogScale(xs, v.count); });
+    return visitDataVectors(v, [&](auto xs, auto) { return curvePlotVariable::checkForLogScale(xs, v.count); });
 }
 
 }  // namespace vx3

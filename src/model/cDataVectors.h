@@ -34,4 +34,24 @@ struct cDataVectors {
     bool checkHasY() const { return yDouble || yFloat || yDoubleComplex || yFloatComplex; }
 };
 
+// fn(xs, ys) with the typed pointers that vectors holds (x must be set).
+template <class Fn>
+auto visitDataVectors(const cDataVectors& v, Fn&& fn)
+{
+    auto withY = [&](auto xs) {
+        if (v.yDouble)
+            return fn(xs, v.yDouble);
+        if (v.yFloat)
+            return fn(xs, v.yFloat);
+        if (v.yDoubleComplex)
+            return fn(xs, v.yDoubleComplex);
+        return fn(xs, v.yFloatComplex);
+    };
+    if (v.xDouble)
+        return withY(v.xDouble);
+    if (v.xFloat)
+        return withY(v.xFloat);
+    return withY(v.xUint64);
+}
+
 }  // namespace vx3::curvePlotFunctionArgs

@@ -204,10 +204,11 @@ TEST(PostLoad, SparseConversionKeepsTheLine)
         const bool da = curvePlotVariable::computeInterpolatedValueIncreasing(x, xs.data(), ys.data(), count, c1, a, plain);
         const bool db = curvePlotVariable::computeInterpolatedValueIncreasing(x, kx, ky, kept, c2, b, plain);
         ASSERT_EQ(da, db) << x;
-        if (da && !std::isnan(a))
+        if (da && !std::isnan(a)) {
             ASSERT_DOUBLE_EQ(a, b) << x;
-        else if (da)
+        } else if (da) {
             ASSERT_TRUE(std::isnan(b)) << x;
+        }
     }
 
     // Logic keeps the first sample of each state and the last one.
