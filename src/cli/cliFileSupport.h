@@ -42,4 +42,14 @@ bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std
 // Full precision that reads back to the same double.
 std::string number(double value);
 
+// ---- Digital curves and instance trees (cliDigital.cpp)
+// Curves whose values are logic states kept as changes (one record per change).
+bool checkIsLogicChangeCurve(const cCurvePlotVariable& curve);
+// One line per change: the time (seconds, or with ticks the file's integer time) and the state
+// as text ("0", "1", "x", "z" for one bit; the states left to right for a vector).
+void dumpLogicChanges(const cCurvePlotDataSection& section, const cCurvePlotVariable& curve, bool ticks,
+                      std::ostream& out);
+// The section's instance tree: one line per instance and curve, indented by depth.
+void printInstanceTree(cCurvePlotDataSection& section, std::ostream& out);
+
 }  // namespace vx3::cliFiles

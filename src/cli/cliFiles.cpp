@@ -33,8 +33,10 @@ std::string unitOf(const cCurvePlotDataType* type)
 int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
     cFileOptions options;
+    options.allowedFlags = {"--tree"};
     if (!readOptions(arguments, options, err, false))
         return 2;
+    const bool tree = options.hasFlag("--tree");
     if (options.positional.empty()) {
         err << "zelwave-cli info: name at least one file\n";
         return 2;
@@ -64,6 +66,10 @@ int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::o
             for (const auto& parameter : section.getStepParameters().parameters)
                 out << ", " << parameter.getName() << "=" << parameter.getValueAsString();
             out << '\n';
+            if (tree) {
+                printInstanceTree(section, out);
+                continue;
+            }
             for (uint64_t k = 0; k < section.getNbOfSweepVariables(); ++k) {
                 const cCurvePlotSweepVariable& sweep = section.getSweepVariable(k);
                 out << "  sweep \"" << sweep.name() << "\" [" << unitOf(sweep.getType()) << "] "
@@ -79,6 +85,10 @@ int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::o
                     out << ", complex";
                 if (curve.getType() && curve.getType()->checkIsEnum())
                     out << ", enumeration of " << curve.getType()->getStrings().size();
+                if (checkIsLogicChangeCurve(curve))
+                    out << ", logic" << (curve.getValueVectorWidth() > 1
+                                             ? " vector of " + std::to_string(curve.getValueVectorWidth())
+                                             : std::string());
                 out << '\n';
             }
         }
@@ -89,6 +99,7 @@ int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::o
 int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
     cFileOptions options;
+    options.allowedFlags = {"--ticks"};
     if (!readOptions(arguments, options, err, true))
         return 2;
     if (options.positional.size() != 2) {
@@ -114,17 +125,45 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
     const uint64_t sweeps = section.getNbOfSweepVariables();
     uint64_t index = section.findVariableIndex(curveName);
     const cCurvePlotVariable* curve = index != cCurvePlotDataSection::npos ? &section.getVariable(index) : nullptr;
+    const cCurvePlotVariable* sweepCurve = nullptr;
+    uint64_t sweepIndex = 0;
     if (!curve) {
-        const uint64_t sweep = section.findSweepVariableIndex(curveName);
-        curve = sweep != cCurvePlotDataSection::npos ? &section.getSweepVariable(sweep) : nullptr;
+        sweepIndex = section.findSweepVariableIndex(curveName);
+        curve = sweepCurve = sweepIndex != cCurvePlotDataSection::npos ? &section.getSweepVariable(sweepIndex) : nullptr;
     }
     if (!curve) {
         err << "zelwave-cli dump: no curve \"" << curveName << "\" in section " << sectionIndex << '\n';
         return 1;
     }
+    const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
+    if (checkIsLogicChangeCurve(*curve)) {
+        out << xName << ',' << curve->name() << '\n';
+        dumpLogicChanges(section, *curve, options.hasFlag("--ticks"), out);
+        return 0;
+    }
+    if (curve->checkIsParameterizedLayout()) {
+        // A curve with x values of its own (the changes of a sparse curve).
+        curvePlotFunctionArgs::cDataVectors vectors;
+        if (!curve->computeDataVectors(section, vectors) || !vectors.checkHasX()) {
+            err << "zelwave-cli dump: \"" << curveName << "\" has no values to print\n";
+            return 1;
+        }
+        out << xName << ',' << curve->name() << (vectors.yDoubleComplex || vectors.yFloatComplex ? ",imag" : "")
+            << '\n';
+        curvePlotFunctionArgs::visitDataVectors(vectors, [&](auto xs, auto ys) {
+            for (uint64_t i = 0; i < vectors.count; ++i) {
+                out << number(static_cast<double>(xs[i])) << ',';
+                if constexpr (std::is_arithmetic_v<std::remove_cv_t<std::remove_pointer_t<decltype(ys)>>>)
+                    out << number(static_cast<double>(ys[i])) << '\n';
+                else
+                    out << number(ys[i].real()) << ',' << number(ys[i].imag()) << '\n';
+            }
+            return 0;
+        });
+        return 0;
+    }
     const bool complex = curve->getType() && curve->getType()->checkIsComplex();
     const uint64_t count = curve->getVectorSize();
-    const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
     // Outer sweeps of a matrix first, then x, then the value (two for a complex curve).
     for (uint64_t k = 0; k + 1 < sweeps; ++k)
         out << section.getSweepVariable(k).name() << ',';
@@ -147,6 +186,8 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
             if (complex) {
                 const std::complex<double> value = curve->doubleComplexValues()[at];
                 out << number(value.real()) << ',' << number(value.imag()) << '\n';
+            } else if (curve == sweepCurve) {
+                out << number(section.getSweepValue(sweepIndex, at)) << '\n';
             } else {
                 out << number(curve->getDoubleValue(at)) << '\n';
             }
@@ -161,22 +202,27 @@ void addFileSubcommands(cCliTool& tool)
 {
     const std::string options =
         "Options:\n"
-        "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot;\n"
+        "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot, vcd;\n"
         "               by default the file's name and content decide\n"
         "  --verbose    also print the readers' informations (to standard error)\n";
     tool.add({"info", "list the sections, curves, units and point counts of waveform files",
-              "usage: zelwave-cli info [--reader R] [--verbose] FILE...\n\n"
+              "usage: zelwave-cli info [--reader R] [--verbose] [--tree] FILE...\n\n"
               "Reads each file as the viewer opens it and prints its sections, their sweeps (x axes)\n"
               "and curves with unit and number of points. Warnings and errors of the readers go to\n"
-              "standard error. Exit code 1 when a file can't be read.\n\n" +
+              "standard error. Exit code 1 when a file can't be read.\n"
+              "With --tree each section's instance tree is printed instead: instances end in \"/\"\n"
+              "(with their kind, such as \"module\"), and each curve stands under its instance.\n\n" +
                   options,
               runInfo});
     tool.add({"dump", "write one curve's x and values as CSV with full precision",
-              "usage: zelwave-cli dump [--reader R] [--verbose] [--section N] FILE CURVE\n\n"
+              "usage: zelwave-cli dump [--reader R] [--verbose] [--section N] [--ticks] FILE CURVE\n\n"
               "Writes a header line and one line per point: x and the value (real and imaginary part\n"
               "for a complex curve), printed with %.17g so that they read back to the same doubles.\n"
               "For a sweep matrix each line starts with the values of the outer sweeps. CURVE may also\n"
-              "name a sweep. N counts the file's sections from 0 (default 0).\n\n" +
+              "name a sweep. N counts the file's sections from 0 (default 0).\n"
+              "A digital curve prints one line per change: the time in seconds (--ticks: in the\n"
+              "file's integer time units) and the state, \"0\", \"1\", \"x\", \"z\" or a vector of them\n"
+              "written left to right.\n\n" +
                   options,
               runDump});
 }

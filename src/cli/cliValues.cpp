@@ -20,21 +20,25 @@ using namespace cliFiles;
 
 const char* kValueOptions =
     "Options:\n"
-    "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot\n"
+    "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot, vcd\n"
     "  --section N  the section, counting from 0 (default 0)\n"
     "  --verbose    also print the readers' informations (to standard error)\n";
 
 // The curve's vectors with x, loaded; false with a message. A sweep, or a curve without x, is
 // taken over its index, which indices then holds.
-bool curveVectors(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,
-                  std::ostream& err, cCurveChoice& choice, curvePlotFunctionArgs::cDataVectors& vectors,
-                  std::vector<double>& indices)
+bool openCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,
+               std::ostream& err, cCurveChoice& choice)
 {
     const returnCode code = readFile(store, options.positional[0], options, err);
     if (code != ok && code != partly_parsed)
         return false;
-    if (!findCurve(store, options, options.positional[1], subcommand, err, choice))
-        return false;
+    return findCurve(store, options, options.positional[1], subcommand, err, choice);
+}
+
+// The vectors of the curve that openCurve found.
+bool curveVectors(const std::string& subcommand, std::ostream& err, cCurveChoice& choice,
+                  curvePlotFunctionArgs::cDataVectors& vectors, std::vector<double>& indices)
+{
     cCurvePlotVariable& curve = const_cast<cCurvePlotVariable&>(*choice.curve);
     cVxLogger logger;
     if (!choice.isSweep && curve.loadDataFromDb(logger, choice.section, choice.index) != ok) {
@@ -60,7 +64,7 @@ bool curveVectors(cCurvePlotDataFile& store, const cFileOptions& options, const 
 int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
     cFileOptions options;
-    options.allowedFlags = {"--closest", "--log-x", "--magnitude", "--db", "--phase", "--imag"};
+    options.allowedFlags = {"--closest", "--log-x", "--magnitude", "--db", "--phase", "--imag", "--hex", "--dec"};
     if (!readOptions(arguments, options, err, true))
         return 2;
     if (options.positional.size() < 3) {
@@ -80,7 +84,23 @@ int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ost
     cCurveChoice choice;
     curvePlotFunctionArgs::cDataVectors vectors;
     std::vector<double> indices;
-    if (!curveVectors(store, options, "at", err, choice, vectors, indices))
+    if (!openCurve(store, options, "at", err, choice))
+        return 1;
+    if (!choice.isSweep && checkIsLogicChangeCurve(*choice.curve)) {
+        // A logic state holds from its change to the next one.
+        const unsigned radix = options.hasFlag("--hex")   ? derivedCurveFunction::hexadecimal
+                               : options.hasFlag("--dec") ? derivedCurveFunction::decimal
+                                                          : derivedCurveFunction::binary;
+        out << "x," << choice.curve->name() << '\n';
+        for (double x : targets) {
+            std::string state;
+            out << number(x) << ','
+                << (choice.curve->getDigitalCurveValue(*choice.section, x, state, radix) ? state : "undefined")
+                << '\n';
+        }
+        return 0;
+    }
+    if (!curveVectors("at", err, choice, vectors, indices))
         return 1;
     cDerivedCurveFunction conversion;
     using namespace derivedCurveFunction;
@@ -137,7 +157,7 @@ int runIntegral(const std::vector<std::string>& arguments, std::ostream& out, st
     cCurveChoice choice;
     curvePlotFunctionArgs::cDataVectors vectors;
     std::vector<double> indices;
-    if (!curveVectors(store, options, "integral", err, choice, vectors, indices))
+    if (!openCurve(store, options, "integral", err, choice) || !curveVectors("integral", err, choice, vectors, indices))
         return 1;
     if (vectors.yDoubleComplex || vectors.yFloatComplex) {
         err << "zelwave-cli integral: \"" << choice.curve->name() << "\" is complex; integrals are of real curves\n";
@@ -164,7 +184,9 @@ void addValueSubcommands(cCliTool& tool)
               "Prints \"x,value\" for each X: the value interpolated between the neighbouring points\n"
               "(on log10 of x with --log-x), the end value outside the curve's range, \"undefined\"\n"
               "next to a missing value. With --closest the x and value of the nearest sample instead.\n"
-              "A complex curve gives its real part unless a conversion is chosen.\n\n" +
+              "A complex curve gives its real part unless a conversion is chosen. A digital curve gives\n"
+              "the state in force at X (X in seconds): \"0\", \"1\", \"x\", \"z\" or a vector of them,\n"
+              "or with --hex or --dec the vector's value in that radix.\n\n" +
                   std::string(kValueOptions),
               runAt});
     tool.add({"integral", "the integral and the integral of the absolute value of a curve over x",

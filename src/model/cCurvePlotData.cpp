@@ -413,6 +413,36 @@ bool cCurvePlotData::pushValueVectorPairLeftExtend(uint64_t position, const char
     return pushBackValueVectorPair(position, vector, targetWidth);
 }
 
+bool cCurvePlotData::reserveValueVectorPairs(uint64_t count)
+{
+    if (!mVectorWidth)
+        return false;
+    const uint64_t recordSize = mVectorWidth + 8;
+    if (mStorage && count <= mAllocatedSize / recordSize)
+        return true;
+    uint64_t bytes = 0;
+    if (!multiply(count, recordSize, bytes))
+        return false;
+    const uint64_t oldOffset = mStorage ? vectorPartOffset(mVectorWidth) : 0;
+    if (!reallocate(bytes))
+        return false;
+    char* base = mStorage.get();
+    std::memmove(base + vectorPartOffset(mVectorWidth), base + oldOffset, mValueCount * mVectorWidth);
+    return true;
+}
+
+bool cCurvePlotData::shrinkValueVectorPairs()
+{
+    if (!mVectorWidth || !mStorage)
+        return false;
+    const uint64_t count = mValueCount ? mValueCount : 1;
+    if (count >= mAllocatedSize / (mVectorWidth + 8))
+        return true;
+    char* base = mStorage.get();
+    std::memmove(base + count * 8, base + vectorPartOffset(mVectorWidth), mValueCount * mVectorWidth);
+    return reallocate(count * (mVectorWidth + 8));
+}
+
 bool cCurvePlotData::getValueVectorPair(uint64_t index, uint64_t& position, char* buffer, uint64_t width) const
 {
     if (!mStorage || width != mVectorWidth || index >= mValueCount)

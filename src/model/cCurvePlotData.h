@@ -201,9 +201,16 @@ public:
     bool pushValueVectorPairLeftExtend(uint64_t position, const char* bits, uint64_t nbBits, char fill,
                                        uint64_t targetWidth);
     bool getValueVectorPair(uint64_t index, uint64_t& position, char* buffer, uint64_t width) const;
+    // Records the block has room for; reserveValueVectorPairs grows it to at least count of
+    // them and shrinkValueVectorPairs gives back what is unused, both keeping the values (a
+    // reader that appends many short-lived blocks chooses its own growth).
+    uint64_t getValueVectorPairCapacity() const { return mVectorWidth ? mAllocatedSize / (mVectorWidth + 8) : 0; }
+    bool reserveValueVectorPairs(uint64_t count);
+    bool shrinkValueVectorPairs();
     uint64_t getValueVectorWidth() const { return mVectorWidth; }
     const uint64_t* valueVectorPositions() const { return reinterpret_cast<const uint64_t*>(mStorage.get()); }
     const char* valueVectorData() const { return mStorage ? mStorage.get() + vectorPartOffset(mVectorWidth) : nullptr; }
+    char* valueVectorData() { return mStorage ? mStorage.get() + vectorPartOffset(mVectorWidth) : nullptr; }
 
     // ---- Logic data (see cCurvePlotDataLogic.cpp): the bytes of the states, wherever the layout
     // of dataType keeps them.

@@ -336,6 +336,13 @@ double cCurvePlotDataSection::getSweepValue(uint64_t sweepIndex, uint64_t valueI
     if (sweepIndex >= mSweepVariables.size())
         return NAN;
     const cCurvePlotSweepVariable& sweep = mSweepVariables[sweepIndex];
+    // Integer time axes count ticks of the section's time scale.
+    if (sweep.getDataType() == curvePlotProperties::uint_64 && sweep.checkHasStorage() &&
+        !sweep.checkIsParameterizedLayout() && sweep.getElementSize() == sizeof(uint64_t))
+        return valueIndex < sweep.getVectorSize()
+                   ? static_cast<double>(sweep.uint64Values()[valueIndex]) *
+                         (sweepIndex + 1 == mSweepVariables.size() ? getTimeScaleFactor() : 1.0)
+                   : NAN;
     if (sweep.checkHasStorage() && sweep.getDataSize())
         return sweep.getDoubleValue(valueIndex);
     double start = 0.0, step = 0.0;

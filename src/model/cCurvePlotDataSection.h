@@ -179,6 +179,9 @@ public:
     bool getXStartAndStepOrDefault(uint64_t sweepIndex, double& start, double& step) const;
     // The x axis (the last sweep variable) when its values are in memory as doubles; null otherwise.
     const double* getXAxisDoubleValues(uint64_t& count) const;
+    // Seconds per unit of an integer time axis: the Scale property of the x-axis sweep
+    // variable (digital dumps count time in ticks of their time scale); 1 without one.
+    double getTimeScaleFactor() const;
 
     // ---- Values of the curves as a whole (cCurvePlotDataSectionValues.cpp)
     // The vectors of one cut of a sweep-matrix curve: y from the cut's first value with the cut

@@ -22,6 +22,21 @@ const double* cCurvePlotDataSection::getXAxisDoubleValues(uint64_t& count) const
     return sweep.doubleValues();
 }
 
+double cCurvePlotDataSection::getTimeScaleFactor() const
+{
+    if (mSweepVariables.empty())
+        return 1.0;
+    const cCurvePlotProperties* properties = getSweepVariableProperties(mSweepVariables.size() - 1);
+    if (!properties)
+        return 1.0;
+    const size_t index = properties->findProperty(curvePlotProperties::scale);
+    double factor = 1.0;
+    if (index >= properties->getNbOfProperties() || !properties->getProperty(index).getAsDouble(factor) ||
+        !(factor > 0))
+        return 1.0;
+    return factor;
+}
+
 bool cCurvePlotDataSection::computeSweepDataVectors(uint64_t curveIndex, uint64_t cutIndex,
                                                     const std::vector<uint64_t>& permutation,
                                                     curvePlotFunctionArgs::cDataVectors& vectors) const

@@ -56,7 +56,8 @@ const char* convertVcdVariableTypeToString(unsigned code)
     static const char* const texts[kNbOfVcdVariableTypes] = {
         "wreal", "trireg", "logic", "realtime", "shortint", "supply1", "wand", "int", "inout",
         "triand", "wor", "real", "byte", "reg", "tri1", "integer", "out", "trior", "port",
-        "shortreal", "longint", "supply0", "tri", "enum", "in"};
+        "shortreal", "longint", "supply0", "tri", "enum", "in",
+        "event", "parameter", "real_parameter", "time", "tri0", "wire", "bit"};
     return code < kNbOfVcdVariableTypes ? texts[code] : "";
 }
 

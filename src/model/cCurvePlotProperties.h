@@ -66,7 +66,9 @@ const char* propertyTypeToString(unsigned kind);
 enum vcd_variable_type : unsigned {
     vcd_wreal, vcd_trireg, vcd_logic, vcd_realtime, vcd_shortint, vcd_supply1, vcd_wand, vcd_int, vcd_inout,
     vcd_triand, vcd_wor, vcd_real, vcd_byte, vcd_reg, vcd_tri1, vcd_integer, vcd_out, vcd_trior, vcd_port,
-    vcd_shortreal, vcd_longint, vcd_supply0, vcd_tri, vcd_enum, vcd_in, kNbOfVcdVariableTypes
+    vcd_shortreal, vcd_longint, vcd_supply0, vcd_tri, vcd_enum, vcd_in,
+    // Added later; appended so that stored numbers keep their meaning.
+    vcd_event, vcd_parameter, vcd_real_parameter, vcd_time, vcd_tri0, vcd_wire, vcd_bit, kNbOfVcdVariableTypes
 };
 const char* convertVcdVariableTypeToString(unsigned code);
 

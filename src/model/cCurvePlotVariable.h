@@ -199,6 +199,17 @@ public:
     bool prepareStorageForLoading(unsigned dataType, uint64_t count);
 
     const curvePlotVariable::cMinMaxCache& getMinMax() const { return mExtras.read().minMax; }
+    // Extremes a reader knows without a pass over the values (a time axis: its ends).
+    void setMinMaxValue(double min, double max, uint64_t count)
+    {
+        curvePlotVariable::cMinMaxCache& cache = mExtras.write().minMax;
+        cache.miny = cache.realMiny = cache.minx = min;
+        cache.maxy = cache.realMaxy = cache.maxx = max;
+        cache.minyIndex = cache.realMinyIndex = cache.minxIndex = 0;
+        cache.maxyIndex = cache.realMaxyIndex = cache.maxxIndex = count ? count - 1 : 0;
+        cache.imagMiny = cache.imagMaxy = 0.0;
+        cache.initialized = true;
+    }
     void resetMinMaxInitialized()
     {
         if (mExtras.peek())

@@ -25,7 +25,7 @@ bool cCurvePlotVariable::getDigitalCurveValue(const cCurvePlotDataSection& secti
     const double* xs = section.getXAxisDoubleValues(xCount);
     const char* bits = nullptr;
     uint64_t width = 0;
-    if (!findLogicValueAt(getDataType(), x, xs, xCount, 1.0, bits, width) || width == 0)
+    if (!findLogicValueAt(getDataType(), x, xs, xCount, section.getTimeScaleFactor(), bits, width) || width == 0)
         return false;
     if (width == 1 && (digitalType == derivedCurveFunction::default_digital ||
                        digitalType == derivedCurveFunction::binary_with_strength))

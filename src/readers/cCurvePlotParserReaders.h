@@ -8,6 +8,7 @@
 #include "readers/tabulated/cCurvePlotParserTabulatedData.h"
 #include "readers/tabulated/cCurvePlotTabulatedParserFast.h"
 #include "readers/tecplot/cCurvePlotParserTecPlotAscii.h"
+#include "readers/vcd/cCurveParserVcd.h"
 
 namespace vx3 {
 

@@ -1,5 +1,5 @@
 // Places in the reader chain for the readers that other parts of the system add (Nutmeg, PWF,
-// VCD, plug-ins). Each answers "try the next reader" (code 3) until its real class replaces it
+// plug-ins). Each answers "try the next reader" (code 3) until its real class replaces it
 // here; the dispatch already calls them where the real ones belong.
 #pragma once
 
@@ -28,11 +28,6 @@ public:
 };
 
 class cCurvePlotParserPWF : public cCurvePlotParserStandIn {
-public:
-    using cCurvePlotParserStandIn::cCurvePlotParserStandIn;
-};
-
-class cCurveParserVcd : public cCurvePlotParserStandIn {
 public:
     using cCurvePlotParserStandIn::cCurvePlotParserStandIn;
 };

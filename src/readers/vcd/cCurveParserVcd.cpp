@@ -1,0 +1,39 @@
+#include "readers/vcd/cCurveParserVcd.h"
+
+#include "readers/scan/cVxMemoryFile.h"
+
+namespace vx3 {
+
+returnCode cCurveParserVcd::parseFile(const std::string& name)
+{
+    cVxMemoryFile file;
+    if (!file.openFile(name)) {
+        errorMsg("Vcd parser : could not open \"" + name + "\"" +
+                 (file.getErrorMessage().empty() ? std::string(".") : " (" + file.getErrorMessage() + ")."));
+        return failed;
+    }
+    return parseFileImpl(file.data(), file.data() + file.size(), name, false, file.checkIsMapped());
+}
+
+returnCode cCurveParserVcd::parseString(const std::string& text)
+{
+    return parseFileImpl(text.data(), text.data() + text.size(), getSourceName(), false, false);
+}
+
+returnCode cCurveParserVcd::reloadFile(const std::string& name, const std::vector<cCurvePlotDataSection*>& sections)
+{
+    setReloadSections(sections);
+    return parseFile(name);
+}
+
+returnCode cCurveParserVcd::detectFileType(const std::string& name, cCurvePlotParserOpenFileOptions&)
+{
+    cVxMemoryFile file;
+    if (!file.openFile(name))
+        return failed;
+    const returnCode code = parseFileImpl(file.data(), file.data() + file.size(), name, true, file.checkIsMapped());
+    // The dispatch tries the next reader after a plain failure.
+    return code == ok ? ok : failed;
+}
+
+}  // namespace vx3

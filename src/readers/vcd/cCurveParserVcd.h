@@ -1,0 +1,26 @@
+// Value change dumps of logic simulators (".vcd"), four-state and extended port forms: one
+// section with an integer time axis and one sparse logic or real curve per declared variable.
+// The file is read in one pass over its mapping; reload reads it again keeping the curves.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "readers/vcd/cCurveParserVcdImpl.h"
+
+namespace vx3 {
+
+class cCurvePlotParserOpenFileOptions;
+
+class cCurveParserVcd : public cCurveParserVcdImpl {
+public:
+    using cCurveParserVcdImpl::cCurveParserVcdImpl;
+
+    returnCode parseFile(const std::string& name);
+    returnCode parseString(const std::string& text);
+    returnCode reloadFile(const std::string& name, const std::vector<cCurvePlotDataSection*>& sections);
+    // The declarations only: a file whose header reads is a dump.
+    returnCode detectFileType(const std::string& name, cCurvePlotParserOpenFileOptions& openFileOptions);
+};
+
+}  // namespace vx3

@@ -1,0 +1,149 @@
+// What the value change dump reader keeps between the declarations and the values, independent
+// of where the text comes from: the curves with their codes and widths, the scopes, the time
+// steps, and the storing of values into sparse blocks (one append-only block per curve, no
+// allocation per value change).
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "readers/cCurveParserIntermediate.h"
+#include "readers/vcd/cCurveParserVcdCodeArray.h"
+
+namespace vx3 {
+
+namespace curveParserVcd {
+
+enum signal_kind : uint8_t { logic_signal, real_signal, port_signal, bad_signal };
+
+constexpr uint32_t kNoSignal = 0xffffffffu;
+constexpr uint64_t kNoStep = ~uint64_t(0);
+
+// One declared variable: the curve it fills and how.
+struct cSignal {
+    cCurvePlotVariable* curve = nullptr;  // set once the declarations are done
+    uint64_t curveIndex = 0;
+    uint64_t lastStep = kNoStep;  // the step of the curve's last record
+    uint32_t width = 1;           // states per value; 0 for a real
+    uint32_t aliasNext = kNoSignal;  // the next variable that shares the code
+    signal_kind kind = logic_signal;
+};
+
+struct cScope {
+    std::string type;
+    std::string name;
+    std::string fullName;
+    uint32_t parent = kNoSignal;
+    std::vector<uint32_t> children;
+    std::vector<std::pair<uint32_t, uint32_t>> curveRanges;  // first..last inclusive
+};
+
+// A parse error: the byte offset of the token at fault and the text.
+struct cError {
+    uint64_t position = 0;
+    std::string text;
+};
+
+}  // namespace curveParserVcd
+
+class cCurveParserVcdBase : public cCurveParserIntermediate {
+public:
+    using cCurveParserIntermediate::cCurveParserIntermediate;
+
+    // "Vcd parser, file position N : text", as an error.
+    void printDebugMessage(uint64_t position, const std::string& text) const;
+    static std::string formatDebugMessage(uint64_t position, const std::string& text);
+
+    // The full name of a variable: scope path, reference and bit range ("[7:0]", "[3]"); a
+    // reference written "i(...)" or "v(...)" names a current or a voltage, which unit reports.
+    static std::string computeVariableName(const std::string& scopePath, const std::string& reference, int64_t lower,
+                                           int64_t upper, bool hasLower, bool hasUpper,
+                                           curvePlotDataType::dataUnit& unit);
+
+protected:
+    void clear();
+    // One type per width and kind, shared by all curves of that width.
+    const cCurvePlotDataType* getVectorTypePtr(uint32_t width);
+    const cCurvePlotDataType* getPortTypePtr(uint32_t width);
+    const cCurvePlotDataType* getPortWithStrengthTypePtr(uint32_t width);
+    const cCurvePlotDataType* getBadVariableDefinitionTypePtr(uint32_t width);
+    const cCurvePlotDataType* getRealTypePtr(curvePlotDataType::dataUnit unit);
+
+    // ---- Declarations
+    void openScope(const std::string& type, const std::string& name);
+    bool closeScope();  // false when no scope is open
+    std::string currentScopePath() const;
+    // Creates the curve (found again on a reload) and files its code; a known code makes the
+    // curve an alias that receives the same values.
+    void insertVariableToMap(std::string_view code, const cCurvePlotDataType* type, const std::string& name,
+                             curveParserVcd::signal_kind kind, uint32_t width, unsigned variableType,
+                             bool hasBits, int64_t left, int64_t right);
+    // After $enddefinitions: the section's x axis, the curves' blocks and the instance tree.
+    bool createSweepVariable();
+    void prepareCurves();
+    void defineInstanceTree();
+    uint32_t getMaxWidth() const { return mMaxWidth; }
+
+    // ---- Values
+    // A new step unless time and delta cycle equal the last ones; false when time falls.
+    bool pushBackTimeStep(uint64_t time, unsigned delta);
+    void ensureTimeStep()
+    {
+        if (mStepCount == 0)
+            pushBackTimeStep(0, 0);
+    }
+    // bits of n states (already folded to lower case) for the variable and its aliases. A
+    // narrower value is extended on the left as Verilog does ("0" for a leading "1"), a wider
+    // one keeps its right-most states.
+    void storeLogic(uint32_t signal, const char* bits, uint64_t n);
+    void storeReal(uint32_t signal, double value);
+    bool pushDumpOff(uint64_t position);
+    bool pushDumpOn(uint64_t position);
+
+    // ---- Finishing
+    void pushLastDeltaStep();
+    void completeDigitalVariables();
+    void setMinMaxOfTimeAxis();
+
+    curveParserVcd::cSignal& signal(uint32_t index) { return mSignals[index]; }
+    const cCurveParserVcdCodeArray& codes() const { return mCodes; }
+    uint64_t stepCount() const { return mStepCount; }
+    bool valuesWereOverwritten() const { return mOverwritten; }
+
+    // Fields read by the parser
+    std::string mFileName;
+    double mTimeScaleFactor = 1.0;
+    std::string mTimeScaleText;
+    uint64_t mCurrentTime = 0;
+    unsigned mDeltaCycle = 0;
+    bool mDeltaCyclesUsed = false;
+    std::vector<uint64_t> mDumpOffIntervals;
+    std::vector<std::string> mScopeStack;  // names of the open scopes
+    cCurvePlotSweepVariable* mSweep = nullptr;
+    std::vector<char> mValueBuffer;  // one value read from the file
+
+private:
+    void storeLogicOne(curveParserVcd::cSignal& target, const char* bits, uint64_t n);
+    void buildInstanceNode(cCurvePlotDataCurveHierarchy& node, uint32_t scope) const;
+
+    cCurveParserVcdCodeArray mCodes;
+    std::vector<curveParserVcd::cSignal> mSignals;
+    std::vector<curveParserVcd::cScope> mScopes;
+    std::vector<uint32_t> mOpenScopes;  // indices into mScopes
+    std::vector<std::pair<uint32_t, uint32_t>> mRootRanges;
+    uint32_t mMaxWidth = 1;
+    uint64_t mStepCount = 0;
+    uint64_t mPreviousTime = 0;
+    unsigned mPreviousDelta = 0;
+    uint64_t mFirstTime = 0;
+    bool mOverwritten = false;
+    std::vector<char> mExtendBuffer;
+    std::map<uint32_t, const cCurvePlotDataType*> mVectorTypes, mPortTypes, mPortStrengthTypes, mBadTypes;
+    std::map<unsigned, const cCurvePlotDataType*> mRealTypes;
+    const cCurvePlotDataType* mTimeType = nullptr;
+};
+
+}  // namespace vx3

@@ -1,0 +1,65 @@
+// The value change dump grammar over a range of bytes (a mapped file or text in memory): the
+// declarations in one pass of tokens, then the values in one pass over raw char pointers, in
+// which a change costs a code lookup in an array and an append to its curve's block.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "readers/vcd/cCurveParserVcdBase.h"
+
+namespace vx3 {
+
+class cCurveParserVcdImpl : public cCurveParserVcdBase {
+public:
+    using cCurveParserVcdBase::cCurveParserVcdBase;
+
+    // The whole text: 0, 15 (values read up to a fault), 16 (nothing usable), 26 (interrupted).
+    // With detectOnly the declarations are checked and nothing else.
+    returnCode parseFileImpl(const char* begin, const char* end, const std::string& fileName, bool detectOnly,
+                             bool mapped = false);
+    // Where the last failure was found, and its text.
+    const curveParserVcd::cError& lastError() const { return mError; }
+
+private:
+    // ---- Declarations
+    bool parseDeclarationSection();
+    bool parseKeyword(bool& finished);
+    bool parseVarStatement(const char* at);
+    bool parseScopeStatement(const char* at);
+    bool parseUpscopeStatement(const char* at);
+    bool parseTimeScaleStatement(const char* at);
+    bool parseStringUntilEnd(std::string& text);
+    bool checkMatchesEnd();
+    // The next blank-separated token; empty at the end of the text.
+    std::string_view nextToken();
+    std::string_view peekToken();
+
+    // ---- Values
+    bool parseSimulationSection();
+    bool parseTimeStatement();
+    bool parseDumpKeyword();
+    bool parseScalarValue();
+    bool parseVectorValues();
+    bool parseRealValue();
+    bool parsePortValues();
+    bool parseStrength(unsigned& strength);
+    // Reads an identifier code at the cursor: the variable it names, or a failure with the
+    // message that undefinedText begins (the code is appended).
+    bool parseId(uint32_t& signal, const char* undefinedText, const char* missingText);
+    void skipCommentAndNewLine();
+    void releaseReadPages(bool all);
+
+    bool fail(const char* at, const std::string& text);
+    uint64_t offsetOf(const char* at) const { return static_cast<uint64_t>(at - mBegin); }
+
+    const char* mBegin = nullptr;
+    const char* mPosition = nullptr;
+    const char* mEnd = nullptr;
+    const char* mReleased = nullptr;  // pages before this were handed back to the system
+    bool mMapped = false;
+    curveParserVcd::cError mError;
+};
+
+}  // namespace vx3
