@@ -10,11 +10,6 @@ namespace vx3 {
 using namespace curveParserVcd;
 using namespace curvePlotProperties;
 
-namespace {
-// Blocks start small: a dump may declare a hundred thousand signals of which most never change.
-constexpr uint64_t kFirstRecords = 4;
-}  // namespace
-
 std::string cCurveParserVcdBase::formatDebugMessage(uint64_t position, const std::string& text)
 {
     return "Vcd parser, file position " + std::to_string(position) + " : " + text;
@@ -57,8 +52,7 @@ void cCurveParserVcdBase::clear()
     mDumpOffIntervals.clear();
     mMaxWidth = 1;
     mStepCount = 0;
-    mPreviousTime = mCurrentTime = mFirstTime = 0;
-    mPreviousDelta = mDeltaCycle = 0;
+    mFirstTime = mLastTime = 0;
     mDeltaCyclesUsed = false;
     mOverwritten = false;
     mTimeScaleFactor = 1.0;
@@ -190,9 +184,6 @@ bool cCurveParserVcdBase::createSweepVariable()
     }
     mSweep = &section.getSweepVariable(index);
     mSweep->freeStorage();
-    mSweep->setGrowthFlag(true);
-    if (!mSweep->setSize(1024, sizeof(uint64_t)))
-        return false;
     cCurvePlotProperties properties;
     properties.addProperty(cProperty::makeDouble(scale, mTimeScaleFactor));
     section.addSweepVariableProperties(index, properties);
@@ -204,17 +195,11 @@ bool cCurveParserVcdBase::createSweepVariable()
 void cCurveParserVcdBase::prepareCurves()
 {
     cCurvePlotDataSection& section = *currentSection();
-    mExtendBuffer.assign(std::max<uint32_t>(mMaxWidth, 1), '0');
     for (cSignal& entry : mSignals) {
         cCurvePlotVariable& curve = section.getVariable(entry.curveIndex);
         entry.curve = &curve;
-        entry.lastStep = kNoStep;
         curve.freeStorage();
-        curve.setGrowthFlag(true);
-        if (entry.kind == real_signal)
-            curve.setParameterizedSize(kFirstRecords, sizeof(double), sizeof(double));
-        else
-            curve.setValueVectorPairSize(kFirstRecords, entry.width);
+        curve.setGrowthFlag(false);
     }
 }
 
@@ -248,145 +233,38 @@ void cCurveParserVcdBase::defineInstanceTree()
     root.defineInstanceIndices();
 }
 
-// ---------------------------------------------------------------- values
-
-bool cCurveParserVcdBase::pushBackTimeStep(uint64_t time, unsigned delta)
-{
-    if (mStepCount > 0) {
-        if (time < mPreviousTime || (time == mPreviousTime && delta < mPreviousDelta))
-            return false;
-        if (time == mPreviousTime && delta == mPreviousDelta)
-            return true;
-    } else {
-        mFirstTime = time;
-    }
-    mPreviousTime = time;
-    mPreviousDelta = delta;
-    mCurrentTime = time;
-    ++mStepCount;
-    if (mSweep)
-        mSweep->pushBackValue<uint64_t>(time);
-    return true;
-}
-
-void cCurveParserVcdBase::storeLogicOne(cSignal& target, const char* bits, uint64_t n)
-{
-    const uint64_t width = target.width;
-    const char* value = bits;
-    if (n < width) {
-        // Verilog's left extension: x and z repeat, anything else extends with 0.
-        const char fill = bits[0] == 'x' || bits[0] == 'z' ? bits[0] : '0';
-        char* extended = mExtendBuffer.data();
-        std::memset(extended, fill, width - n);
-        std::memcpy(extended + (width - n), bits, n);
-        value = extended;
-    } else if (n > width) {
-        value = bits + (n - width);
-    }
-    cCurvePlotVariable& curve = *target.curve;
-    const uint64_t step = mStepCount - 1;
-    const uint64_t count = curve.getValueCount();
-    if (target.lastStep == step && count) {
-        // A second value in one step replaces the first.
-        std::memcpy(curve.valueVectorData() + (count - 1) * width, value, width);
-        mOverwritten = true;
-        return;
-    }
-    if (count >= curve.getValueVectorPairCapacity())
-        curve.reserveValueVectorPairs(count < 64 ? count * 2 + 4 : count + count / 2);
-    curve.pushBackValueVectorPair(mCurrentTime, value, width);
-    target.lastStep = step;
-}
-
-void cCurveParserVcdBase::storeLogic(uint32_t signal, const char* bits, uint64_t n)
-{
-    while (signal != kNoSignal) {
-        cSignal& target = mSignals[signal];
-        if (target.kind != real_signal)
-            storeLogicOne(target, bits, n);
-        signal = target.aliasNext;
-    }
-}
-
-void cCurveParserVcdBase::storeReal(uint32_t signal, double value)
-{
-    const double x = static_cast<double>(mCurrentTime) * mTimeScaleFactor;
-    while (signal != kNoSignal) {
-        cSignal& target = mSignals[signal];
-        if (target.kind == real_signal) {
-            cCurvePlotVariable& curve = *target.curve;
-            const uint64_t step = mStepCount - 1;
-            const uint64_t count = curve.getValueCount();
-            if (target.lastStep == step && count) {
-                std::memcpy(curve.parameterizedYData() + (count - 1) * sizeof(double), &value, sizeof(double));
-                mOverwritten = true;
-            } else {
-                curve.pushBackValuePair(x, value);
-                target.lastStep = step;
-            }
-        }
-        signal = target.aliasNext;
-    }
-}
-
-bool cCurveParserVcdBase::pushDumpOff(uint64_t position)
-{
-    if (mDumpOffIntervals.size() % 2 != 0)
-        return false;
-    mDumpOffIntervals.push_back(position);
-    return true;
-}
-
-bool cCurveParserVcdBase::pushDumpOn(uint64_t position)
-{
-    if (mDumpOffIntervals.size() % 2 != 1)
-        return false;
-    mDumpOffIntervals.push_back(position);
-    return true;
-}
-
 // ---------------------------------------------------------------- finishing
-
-void cCurveParserVcdBase::pushLastDeltaStep()
-{
-    // The last delta cycle gets a step of its own so that its values have a width when drawn.
-    if (mDeltaCyclesUsed && mStepCount > 0)
-        pushBackTimeStep(mPreviousTime, mPreviousDelta + 1);
-}
 
 void cCurveParserVcdBase::completeDigitalVariables()
 {
-    if (mStepCount == 0)
-        return;
-    const uint64_t lastStep = mStepCount - 1;
-    const uint64_t lastTime = mPreviousTime;
-    const double lastX = static_cast<double>(lastTime) * mTimeScaleFactor;
+    // The blocks were sized for one record more than the file gave: the last value holds to the
+    // end of the time axis.
+    const double lastX = static_cast<double>(mLastTime) * mTimeScaleFactor;
     for (cSignal& entry : mSignals) {
         cCurvePlotVariable& curve = *entry.curve;
         const uint64_t count = curve.getValueCount();
-        if (count && entry.lastStep != lastStep) {
-            // The last value holds to the end of the time axis.
-            if (entry.kind == real_signal) {
+        if (count == 0)
+            continue;
+        if (entry.kind == real_signal) {
+            const double* xs = reinterpret_cast<const double*>(curve.parameterizedXData());
+            if (xs[count - 1] < lastX && count < curve.getParameterizedCapacity()) {
                 double value = 0;
                 std::memcpy(&value, curve.parameterizedYData() + (count - 1) * sizeof(double), sizeof(double));
-                curve.pushBackValuePair(lastX, value);
-            } else {
-                if (count >= curve.getValueVectorPairCapacity())
-                    curve.reserveValueVectorPairs(count + 1);
-                const char* last = curve.valueVectorData() + (count - 1) * entry.width;
-                std::memcpy(mExtendBuffer.data(), last, entry.width);
-                curve.pushBackValueVectorPair(lastTime, mExtendBuffer.data(), entry.width);
+                std::memcpy(curve.parameterizedXData() + count * sizeof(double), &lastX, sizeof(double));
+                std::memcpy(curve.parameterizedYData() + count * sizeof(double), &value, sizeof(double));
+                curve.setUsedValueCount(count + 1);
             }
-            entry.lastStep = lastStep;
-        }
-        if (entry.kind == real_signal)
             curve.balanceParameterizedCurve();
-        else
-            curve.shrinkValueVectorPairs();
+        } else {
+            const uint64_t* positions = curve.valueVectorPositions();
+            if (positions[count - 1] < mLastTime && count < curve.getValueVectorPairCapacity()) {
+                char* vectors = curve.valueVectorData();
+                std::memcpy(const_cast<uint64_t*>(positions) + count, &mLastTime, sizeof(uint64_t));
+                std::memmove(vectors + count * entry.width, vectors + (count - 1) * entry.width, entry.width);
+                curve.setUsedValueCount(count + 1);
+            }
+        }
         curve.setGrowthFlag(false);
-    }
-    if (mSweep) {
-        mSweep->setGrowthFlag(false);
     }
 }
 
@@ -396,7 +274,7 @@ void cCurveParserVcdBase::setMinMaxOfTimeAxis()
         return;
     cCurvePlotDataSection& section = *currentSection();
     mSweep->setMinMaxValue(static_cast<double>(mFirstTime) * mTimeScaleFactor,
-                           static_cast<double>(mPreviousTime) * mTimeScaleFactor, mStepCount);
+                           static_cast<double>(mLastTime) * mTimeScaleFactor, mStepCount);
     if (!mDumpOffIntervals.empty()) {
         std::string text;
         for (size_t i = 0; i < mDumpOffIntervals.size(); ++i)

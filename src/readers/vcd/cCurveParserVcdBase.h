@@ -87,46 +87,28 @@ protected:
     void defineInstanceTree();
     uint32_t getMaxWidth() const { return mMaxWidth; }
 
-    // ---- Values
-    // A new step unless time and delta cycle equal the last ones; false when time falls.
-    bool pushBackTimeStep(uint64_t time, unsigned delta);
-    void ensureTimeStep()
-    {
-        if (mStepCount == 0)
-            pushBackTimeStep(0, 0);
-    }
-    // bits of n states (already folded to lower case) for the variable and its aliases. A
-    // narrower value is extended on the left as Verilog does ("0" for a leading "1"), a wider
-    // one keeps its right-most states.
-    void storeLogic(uint32_t signal, const char* bits, uint64_t n);
-    void storeReal(uint32_t signal, double value);
-    bool pushDumpOff(uint64_t position);
-    bool pushDumpOn(uint64_t position);
-
-    // ---- Finishing
-    void pushLastDeltaStep();
+    // ---- Finishing: the values were read (see cCurveParserVcdValues.cpp).
     void completeDigitalVariables();
     void setMinMaxOfTimeAxis();
 
-    curveParserVcd::cSignal& signal(uint32_t index) { return mSignals[index]; }
+    std::vector<curveParserVcd::cSignal>& signals() { return mSignals; }
     const cCurveParserVcdCodeArray& codes() const { return mCodes; }
-    uint64_t stepCount() const { return mStepCount; }
-    bool valuesWereOverwritten() const { return mOverwritten; }
 
     // Fields read by the parser
     std::string mFileName;
     double mTimeScaleFactor = 1.0;
     std::string mTimeScaleText;
-    uint64_t mCurrentTime = 0;
-    unsigned mDeltaCycle = 0;
+    // What the values gave: steps, the first and last time, dump switches.
+    uint64_t mStepCount = 0;
+    uint64_t mFirstTime = 0;
+    uint64_t mLastTime = 0;
     bool mDeltaCyclesUsed = false;
+    bool mOverwritten = false;
     std::vector<uint64_t> mDumpOffIntervals;
     std::vector<std::string> mScopeStack;  // names of the open scopes
     cCurvePlotSweepVariable* mSweep = nullptr;
-    std::vector<char> mValueBuffer;  // one value read from the file
 
 private:
-    void storeLogicOne(curveParserVcd::cSignal& target, const char* bits, uint64_t n);
     void buildInstanceNode(cCurvePlotDataCurveHierarchy& node, uint32_t scope) const;
 
     cCurveParserVcdCodeArray mCodes;
@@ -135,12 +117,6 @@ private:
     std::vector<uint32_t> mOpenScopes;  // indices into mScopes
     std::vector<std::pair<uint32_t, uint32_t>> mRootRanges;
     uint32_t mMaxWidth = 1;
-    uint64_t mStepCount = 0;
-    uint64_t mPreviousTime = 0;
-    unsigned mPreviousDelta = 0;
-    uint64_t mFirstTime = 0;
-    bool mOverwritten = false;
-    std::vector<char> mExtendBuffer;
     std::map<uint32_t, const cCurvePlotDataType*> mVectorTypes, mPortTypes, mPortStrengthTypes, mBadTypes;
     std::map<unsigned, const cCurvePlotDataType*> mRealTypes;
     const cCurvePlotDataType* mTimeType = nullptr;

@@ -1,6 +1,5 @@
 // The value change dump grammar over a range of bytes (a mapped file or text in memory): the
-// declarations in one pass of tokens, then the values in one pass over raw char pointers, in
-// which a change costs a code lookup in an array and an append to its curve's block.
+// declarations in one pass of tokens, then the values (see cCurveParserVcdScanner.h).
 #pragma once
 
 #include <cstdint>
@@ -36,20 +35,9 @@ private:
     std::string_view nextToken();
     std::string_view peekToken();
 
-    // ---- Values
-    bool parseSimulationSection();
-    bool parseTimeStatement();
-    bool parseDumpKeyword();
-    bool parseScalarValue();
-    bool parseVectorValues();
-    bool parseRealValue();
-    bool parsePortValues();
-    bool parseStrength(unsigned& strength);
-    // Reads an identifier code at the cursor: the variable it names, or a failure with the
-    // message that undefinedText begins (the code is appended).
-    bool parseId(uint32_t& signal, const char* undefinedText, const char* missingText);
-    void skipCommentAndNewLine();
-    void releaseReadPages(bool all);
+    // ---- Values (cCurveParserVcdValues.cpp): a counting pass and a storing pass, each over
+    // pieces of the section in parallel. Sets code to 15 or 16 on a fault.
+    bool parseSimulationSection(returnCode& code);
 
     bool fail(const char* at, const std::string& text);
     uint64_t offsetOf(const char* at) const { return static_cast<uint64_t>(at - mBegin); }
@@ -57,7 +45,6 @@ private:
     const char* mBegin = nullptr;
     const char* mPosition = nullptr;
     const char* mEnd = nullptr;
-    const char* mReleased = nullptr;  // pages before this were handed back to the system
     bool mMapped = false;
     curveParserVcd::cError mError;
 };

@@ -1,0 +1,355 @@
+// The values of a value change dump in two passes over pieces of the value section, each piece on
+// a thread of its own. The first pass checks the text and counts the records of every variable
+// piece by piece; the blocks are then allocated at their final size, and the second pass writes
+// each piece's records straight to their places. Nothing grows or moves while values are read,
+// and the result is what one sequential read would give (a piece that doesn't fit its
+// neighbours, or a fault after the first piece, sends the file through one sequential pass).
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <functional>
+#include <future>
+#include <thread>
+
+#include "readers/vcd/cCurveParserVcdImpl.h"
+#include "readers/vcd/cCurveParserVcdScanner.h"
+
+namespace vx3 {
+
+using namespace curveParserVcd;
+
+namespace curveParserVcd {
+
+void releasePages(const char*& released, const char* upTo)
+{
+    // Pages of the mapping that were read would count in our resident memory until the end of
+    // the read: hand them back (they stay in the page cache).
+    static const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    const uintptr_t from = (reinterpret_cast<uintptr_t>(released) + page - 1) & ~(page - 1);
+    const uintptr_t to = reinterpret_cast<uintptr_t>(upTo) & ~(page - 1);
+    if (to > from) {
+        madvise(reinterpret_cast<void*>(from), to - from, MADV_DONTNEED);
+        released = reinterpret_cast<const char*>(to);
+    }
+}
+
+}  // namespace curveParserVcd
+
+namespace {
+
+// Small files are read in one piece: threads would cost more than they save.
+constexpr uint64_t kMinPieceSize = 4u << 20;
+
+struct cCountSink {
+    std::vector<uint64_t>& counts;
+    std::vector<uint64_t> lastStep;
+    std::vector<uint64_t>& times;
+    bool& overwritten;
+
+    cCountSink(cChunkResult& result, size_t signals)
+        : counts(result.counts), lastStep(signals, kNoStep), times(result.times), overwritten(result.overwritten)
+    {
+        counts.assign(signals, 0);
+    }
+    void step(uint64_t time) { times.push_back(time); }
+    void record(uint32_t signal, uint64_t step)
+    {
+        if (lastStep[signal] == step) {
+            overwritten = true;
+            return;
+        }
+        lastStep[signal] = step;
+        ++counts[signal];
+    }
+    void logic(uint32_t signal, const char*, uint64_t, uint64_t step, uint64_t) { record(signal, step); }
+    void real(uint32_t signal, double, uint64_t step, uint64_t) { record(signal, step); }
+};
+
+// Where the records of one variable go.
+struct cTarget {
+    uint64_t* positions = nullptr;
+    char* states = nullptr;
+    double* xs = nullptr;
+    double* ys = nullptr;
+    uint64_t width = 0;
+};
+
+struct cStoreSink {
+    const cTarget* targets;
+    std::vector<uint64_t> next;  // the next record of each variable in this piece
+    std::vector<uint64_t> lastStep;
+    std::vector<char> extended;
+    double timeScale;
+
+    cStoreSink(const std::vector<cTarget>& all, std::vector<uint64_t> first, uint64_t maxWidth, double scale)
+        : targets(all.data()), next(std::move(first)), lastStep(all.size(), kNoStep), extended(maxWidth + 1),
+          timeScale(scale)
+    {
+    }
+    void step(uint64_t) {}
+    uint64_t slot(uint32_t signal, uint64_t step)
+    {
+        // A second value in one step replaces the first.
+        if (lastStep[signal] == step)
+            return next[signal] - 1;
+        lastStep[signal] = step;
+        return next[signal]++;
+    }
+    void logic(uint32_t signal, const char* bits, uint64_t n, uint64_t step, uint64_t time)
+    {
+        const cTarget& target = targets[signal];
+        const uint64_t width = target.width;
+        const char* value = bits;
+        if (n < width) {
+            // Verilog's left extension: x and z repeat, anything else extends with 0.
+            const char fill = bits[0] == 'x' || bits[0] == 'z' ? bits[0] : '0';
+            std::memset(extended.data(), fill, width - n);
+            std::memcpy(extended.data() + (width - n), bits, n);
+            value = extended.data();
+        } else if (n > width) {
+            value = bits + (n - width);
+        }
+        const uint64_t index = slot(signal, step);
+        target.positions[index] = time;
+        if (width == 1)
+            target.states[index] = *value;
+        else
+            std::memcpy(target.states + index * width, value, width);
+    }
+    void real(uint32_t signal, double value, uint64_t step, uint64_t time)
+    {
+        const cTarget& target = targets[signal];
+        const uint64_t index = slot(signal, step);
+        target.xs[index] = static_cast<double>(time) * timeScale;
+        target.ys[index] = value;
+    }
+};
+
+// Cuts [begin, end) into up to count pieces that start at a line beginning with "#".
+std::vector<std::pair<const char*, const char*>> cutIntoPieces(const char* begin, const char* end, unsigned count)
+{
+    std::vector<std::pair<const char*, const char*>> pieces;
+    const uint64_t size = static_cast<uint64_t>(end - begin);
+    const uint64_t wanted = std::max<uint64_t>(size / std::max(count, 1u), kMinPieceSize);
+    const char* start = begin;
+    while (start < end) {
+        const char* cut = end;
+        if (static_cast<uint64_t>(end - start) > wanted + kMinPieceSize / 2) {
+            const char* p = start + wanted;
+            while (p < end) {
+                const char* line = static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
+                if (!line || line + 1 >= end)
+                    break;
+                if (line[1] == '#') {
+                    cut = line + 1;
+                    break;
+                }
+                p = line + 1;
+            }
+        }
+        pieces.emplace_back(start, cut);
+        start = cut;
+    }
+    return pieces;
+}
+
+// Runs the tasks on threads of their own and waits for them, passing an interruption on.
+void runTasks(std::vector<std::function<void()>>& tasks, std::atomic<bool>& interrupted,
+              const std::function<bool()>& checkInterrupted)
+{
+    std::vector<std::future<void>> running;
+    for (auto& task : tasks)
+        running.push_back(std::async(std::launch::async, task));
+    for (auto& future : running) {
+        while (future.wait_for(std::chrono::milliseconds(50)) != std::future_status::ready)
+            if (checkInterrupted())
+                interrupted = true;
+        future.get();
+    }
+}
+
+}  // namespace
+
+bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
+{
+    std::vector<cSignal>& all = signals();
+    const size_t signalCount = all.size();
+    cScanContext context;
+    context.fileBegin = mBegin;
+    context.codes = &codes();
+    context.signals = &all;
+    context.valueBufferSize = std::max<uint64_t>(128, uint64_t(getMaxWidth()) * 2 + 16);
+    context.releasePages = mMapped;
+    std::atomic<bool> interrupted(false);
+    context.interrupted = &interrupted;
+    const std::function<bool()> checkInterrupted = [this] { return checkIsInterrupted(); };
+
+    const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
+    auto pieces = cutIntoPieces(mPosition, mEnd, threads);
+    std::vector<cChunkResult> chunks;
+
+    // ---- First pass: check and count.
+    auto countPass = [&](bool sequential) {
+        if (sequential)
+            pieces.assign(1, {mPosition, mEnd});
+        chunks.assign(pieces.size(), cChunkResult());
+        std::vector<std::function<void()>> tasks;
+        for (size_t k = 0; k < pieces.size(); ++k) {
+            chunks[k].begin = pieces[k].first;
+            chunks[k].end = pieces[k].second;
+            chunks[k].first = k == 0;
+            tasks.push_back([&, k] {
+                cCountSink sink(chunks[k], signalCount);
+                cCurveParserVcdScanner<cCountSink>(context, sink, chunks[k]).run();
+            });
+        }
+        runTasks(tasks, interrupted, checkInterrupted);
+    };
+    countPass(pieces.size() <= 1);
+    if (interrupted || checkIsInterrupted()) {
+        code = action_interrupted;
+        return false;
+    }
+    // The pieces must fit together as one text: a fault after the first piece, a $dumpoff still
+    // in force, a step that falls at a seam. Then one sequential pass decides.
+    if (chunks.size() > 1) {
+        bool fits = true;
+        bool dumpOff = false;
+        for (size_t k = 0; k < chunks.size() && fits; ++k) {
+            const cChunkResult& chunk = chunks[k];
+            if ((k > 0 && chunk.failed) || chunk.dumpOffAtStart != dumpOff || (chunk.closed && k + 1 < chunks.size()))
+                fits = false;
+            if (k > 0 && chunk.hasSteps && chunks[k - 1].hasSteps &&
+                (chunk.firstTime < chunks[k - 1].lastTime ||
+                 (chunk.firstTime == chunks[k - 1].lastTime && chunk.firstDelta <= chunks[k - 1].lastDelta)))
+                fits = false;
+            if (k > 0 && !chunk.hasSteps)
+                fits = false;
+            dumpOff = chunk.dumpOffAtEnd;
+            if (chunk.failed)
+                break;
+        }
+        if (!fits) {
+            countPass(true);
+            if (interrupted || checkIsInterrupted()) {
+                code = action_interrupted;
+                return false;
+            }
+        }
+    }
+
+    // ---- Between the passes: the time axis, the block sizes and each piece's first records.
+    const cChunkResult* failedChunk = nullptr;
+    size_t used = 0;
+    for (const cChunkResult& chunk : chunks) {
+        ++used;
+        if (chunk.failed) {
+            failedChunk = &chunk;
+            break;
+        }
+    }
+    uint64_t steps = 0;
+    for (size_t k = 0; k < used; ++k)
+        steps += chunks[k].times.size();
+    if (failedChunk) {
+        printDebugMessage(failedChunk->error.position, failedChunk->error.text);
+        errorMsg("Failed to parse value section");
+        mError = failedChunk->error;
+        // Steps before the faulty one were complete and stay.
+        if (steps < 2) {
+            code = file_format_recognized;
+            return false;
+        }
+        code = partly_parsed;
+    }
+    std::vector<std::vector<uint64_t>> firstRecords(used, std::vector<uint64_t>(signalCount, 0));
+    std::vector<uint64_t> totals(signalCount, 0);
+    for (size_t k = 0; k < used; ++k) {
+        for (size_t s = 0; s < signalCount; ++s) {
+            firstRecords[k][s] = totals[s];
+            totals[s] += chunks[k].counts[s];
+        }
+        mDeltaCyclesUsed = mDeltaCyclesUsed || chunks[k].deltaCyclesUsed;
+        mOverwritten = mOverwritten || chunks[k].overwritten;
+        mDumpOffIntervals.insert(mDumpOffIntervals.end(), chunks[k].dumpSwitches.begin(), chunks[k].dumpSwitches.end());
+        std::vector<uint64_t>().swap(chunks[k].counts);
+    }
+    // The time axis; the last delta cycle gets a step of its own so that its values have a width.
+    const bool extraStep = mDeltaCyclesUsed && steps > 0;
+    mSweep->setGrowthFlag(false);
+    if (!mSweep->setSize(steps + (extraStep ? 1 : 0), sizeof(uint64_t))) {
+        errorMsg("Vcd Parser : not enough memory for the time axis.");
+        code = file_format_recognized;
+        return false;
+    }
+    for (size_t k = 0; k < used; ++k) {
+        mSweep->pushBackValueVector(chunks[k].times.data(), chunks[k].times.size());
+        std::vector<uint64_t>().swap(chunks[k].times);
+    }
+    mStepCount = steps;
+    if (steps > 0) {
+        mFirstTime = mSweep->uint64Values()[0];
+        mLastTime = mSweep->uint64Values()[steps - 1];
+    }
+    if (extraStep) {
+        mSweep->pushBackValue<uint64_t>(mLastTime);
+        ++mStepCount;
+    }
+
+    std::vector<cTarget> targets(signalCount);
+    uint64_t maxWidth = 1;
+    for (size_t s = 0; s < signalCount; ++s) {
+        cSignal& entry = all[s];
+        cCurvePlotVariable& curve = *entry.curve;
+        // One record more for the last value held to the end of the time axis.
+        const uint64_t capacity = totals[s] + 1;
+        bool allocated = false;
+        if (entry.kind == real_signal) {
+            allocated = curve.setParameterizedSize(capacity, sizeof(double), sizeof(double));
+            if (allocated) {
+                targets[s].xs = reinterpret_cast<double*>(curve.parameterizedXData());
+                targets[s].ys = reinterpret_cast<double*>(curve.parameterizedYData());
+            }
+        } else {
+            allocated = curve.setValueVectorPairSize(capacity, entry.width);
+            if (allocated) {
+                targets[s].positions = const_cast<uint64_t*>(curve.valueVectorPositions());
+                targets[s].states = curve.valueVectorData();
+                targets[s].width = entry.width;
+                maxWidth = std::max<uint64_t>(maxWidth, entry.width);
+            }
+        }
+        if (!allocated) {
+            errorMsg("Vcd Parser : not enough memory for the values of \"" + curve.name() + "\".");
+            code = file_format_recognized;
+            return false;
+        }
+    }
+
+    // ---- Second pass: every piece writes its records to their places.
+    std::vector<std::function<void()>> tasks;
+    std::vector<cChunkResult> again(used);
+    for (size_t k = 0; k < used; ++k) {
+        again[k].begin = chunks[k].begin;
+        again[k].end = chunks[k].failed ? chunks[k].cut : chunks[k].end;
+        again[k].first = chunks[k].first;
+        again[k].dumpOffAtStart = chunks[k].dumpOffAtStart;
+        tasks.push_back([&, k] {
+            cStoreSink sink(targets, std::move(firstRecords[k]), maxWidth, mTimeScaleFactor);
+            cCurveParserVcdScanner<cStoreSink>(context, sink, again[k]).run();
+        });
+    }
+    runTasks(tasks, interrupted, checkInterrupted);
+    if (interrupted || checkIsInterrupted()) {
+        code = action_interrupted;
+        return false;
+    }
+    for (size_t s = 0; s < signalCount; ++s)
+        all[s].curve->setUsedValueCount(totals[s]);
+    return !failedChunk;
+}
+
+}  // namespace vx3
