@@ -99,11 +99,12 @@ int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::o
 int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
     cFileOptions options;
-    options.allowedFlags = {"--ticks"};
+    options.allowedFlags = {"--ticks", "--all-logic"};
     if (!readOptions(arguments, options, err, true))
         return 2;
-    if (options.positional.size() != 2) {
-        err << "zelwave-cli dump: name one file and one curve\n";
+    const bool allLogic = options.hasFlag("--all-logic");
+    if (options.positional.size() != (allLogic ? 1u : 2u)) {
+        err << (allLogic ? "zelwave-cli dump: --all-logic takes one file\n" : "zelwave-cli dump: name one file and one curve\n");
         return 2;
     }
     uint64_t sectionIndex = 0;
@@ -121,6 +122,22 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         return 1;
     }
     cCurvePlotDataSection& section = *sections[sectionIndex];
+    if (allLogic) {
+        // Every digital curve of the section, for comparing whole dumps.
+        out << "curve,time,state\n";
+        std::ostringstream lines;
+        for (uint64_t c = 0; c < section.getNbOfVariables(); ++c) {
+            const cCurvePlotVariable& curve = section.getVariable(c);
+            if (curve.checkMustClose() || !checkIsLogicChangeCurve(curve))
+                continue;
+            lines.str(std::string());
+            dumpLogicChanges(section, curve, options.hasFlag("--ticks"), lines);
+            std::istringstream split(lines.str());
+            for (std::string line; std::getline(split, line);)
+                out << curve.name() << ',' << line << '\n';
+        }
+        return 0;
+    }
     const std::string& curveName = options.positional[1];
     const uint64_t sweeps = section.getNbOfSweepVariables();
     uint64_t index = section.findVariableIndex(curveName);
@@ -215,14 +232,16 @@ void addFileSubcommands(cCliTool& tool)
                   options,
               runInfo});
     tool.add({"dump", "write one curve's x and values as CSV with full precision",
-              "usage: zelwave-cli dump [--reader R] [--verbose] [--section N] [--ticks] FILE CURVE\n\n"
+              "usage: zelwave-cli dump [--reader R] [--verbose] [--section N] [--ticks] FILE CURVE\n"
+              "       zelwave-cli dump [--reader R] [--verbose] [--section N] [--ticks] --all-logic FILE\n\n"
               "Writes a header line and one line per point: x and the value (real and imaginary part\n"
               "for a complex curve), printed with %.17g so that they read back to the same doubles.\n"
               "For a sweep matrix each line starts with the values of the outer sweeps. CURVE may also\n"
               "name a sweep. N counts the file's sections from 0 (default 0).\n"
               "A digital curve prints one line per change: the time in seconds (--ticks: in the\n"
               "file's integer time units) and the state, \"0\", \"1\", \"x\", \"z\" or a vector of them\n"
-              "written left to right.\n\n" +
+              "written left to right. --all-logic prints the changes of every digital curve of the\n"
+              "section as \"curve,time,state\" lines (curve names may contain commas: split from the right).\n\n" +
                   options,
               runDump});
 }

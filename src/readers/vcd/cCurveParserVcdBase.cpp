@@ -42,7 +42,8 @@ std::string cCurveParserVcdBase::computeVariableName(const std::string& scopePat
 
 void cCurveParserVcdBase::clear()
 {
-    cCurveParserIntermediate::clear();
+    // The reload context (the old sections) stays: a reload reads the file again into them.
+    clearReloadFillOrder();
     mCodes.clear();
     mSignals.clear();
     mScopes.clear();

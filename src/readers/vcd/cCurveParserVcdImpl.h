@@ -18,6 +18,12 @@ public:
     // With detectOnly the declarations are checked and nothing else.
     returnCode parseFileImpl(const char* begin, const char* end, const std::string& fileName, bool detectOnly,
                              bool mapped = false);
+    // Threads that read the values; 0 (the default) takes one per core, up to 8.
+    void setMaxThreads(unsigned threads) { mMaxThreads = threads; }
+    // Pieces are at least this large (small files are read in one piece).
+    void setMinPieceSize(uint64_t bytes) { mMinPieceSize = bytes ? bytes : 1; }
+    // Pieces the last read of values used (1: one sequential pass).
+    uint64_t getNbOfPiecesRead() const { return mPiecesRead; }
     // Where the last failure was found, and its text.
     const curveParserVcd::cError& lastError() const { return mError; }
 
@@ -46,6 +52,9 @@ private:
     const char* mPosition = nullptr;
     const char* mEnd = nullptr;
     bool mMapped = false;
+    unsigned mMaxThreads = 0;
+    uint64_t mPiecesRead = 0;
+    uint64_t mMinPieceSize = uint64_t(4) << 20;
     curveParserVcd::cError mError;
 };
 

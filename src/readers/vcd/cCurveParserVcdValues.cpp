@@ -40,9 +40,6 @@ void releasePages(const char*& released, const char* upTo)
 
 namespace {
 
-// Small files are read in one piece: threads would cost more than they save.
-constexpr uint64_t kMinPieceSize = 4u << 20;
-
 struct cCountSink {
     std::vector<uint64_t>& counts;
     std::vector<uint64_t> lastStep;
@@ -129,15 +126,16 @@ struct cStoreSink {
 };
 
 // Cuts [begin, end) into up to count pieces that start at a line beginning with "#".
-std::vector<std::pair<const char*, const char*>> cutIntoPieces(const char* begin, const char* end, unsigned count)
+std::vector<std::pair<const char*, const char*>> cutIntoPieces(const char* begin, const char* end, unsigned count,
+                                                               uint64_t minPieceSize)
 {
     std::vector<std::pair<const char*, const char*>> pieces;
     const uint64_t size = static_cast<uint64_t>(end - begin);
-    const uint64_t wanted = std::max<uint64_t>(size / std::max(count, 1u), kMinPieceSize);
+    const uint64_t wanted = std::max<uint64_t>(size / std::max(count, 1u), minPieceSize);
     const char* start = begin;
     while (start < end) {
         const char* cut = end;
-        if (static_cast<uint64_t>(end - start) > wanted + kMinPieceSize / 2) {
+        if (static_cast<uint64_t>(end - start) > wanted + minPieceSize / 2) {
             const char* p = start + wanted;
             while (p < end) {
                 const char* line = static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
@@ -187,8 +185,8 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
     context.interrupted = &interrupted;
     const std::function<bool()> checkInterrupted = [this] { return checkIsInterrupted(); };
 
-    const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
-    auto pieces = cutIntoPieces(mPosition, mEnd, threads);
+    const unsigned threads = mMaxThreads ? mMaxThreads : std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
+    auto pieces = cutIntoPieces(mPosition, mEnd, threads, mMinPieceSize);
     std::vector<cChunkResult> chunks;
 
     // ---- First pass: check and count.
@@ -240,6 +238,8 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
             }
         }
     }
+
+    mPiecesRead = chunks.size();
 
     // ---- Between the passes: the time axis, the block sizes and each piece's first records.
     const cChunkResult* failedChunk = nullptr;
