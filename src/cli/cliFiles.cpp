@@ -79,16 +79,21 @@ int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::o
                 const cCurvePlotVariable& curve = section.getVariable(c);
                 if (curve.checkMustClose())
                     continue;
-                out << "  curve \"" << curve.name() << "\" [" << unitOf(curve.getType()) << "] "
-                    << curve.getVectorSize() << " points";
+                // Values still in the file count as the file's reader counted them.
+                const uint64_t points =
+                    curve.checkNeedsLoading() && curve.checkDbSupportActive() && !curve.checkHasStorage()
+                        ? curve.getDbSize()
+                        : curve.getVectorSize();
+                out << "  curve \"" << curve.name() << "\" [" << unitOf(curve.getType()) << "] " << points
+                    << " points";
                 if (curve.getType() && curve.getType()->checkIsComplex())
                     out << ", complex";
                 if (curve.getType() && curve.getType()->checkIsEnum())
                     out << ", enumeration of " << curve.getType()->getStrings().size();
-                if (checkIsLogicChangeCurve(curve))
-                    out << ", logic" << (curve.getValueVectorWidth() > 1
-                                             ? " vector of " + std::to_string(curve.getValueVectorWidth())
-                                             : std::string());
+                if (curve.getType() && curve.getType()->checkIsDigital()) {
+                    const uint64_t width = curve.getType()->getConstantStringSize();
+                    out << ", logic" << (width > 1 ? " vector of " + std::to_string(width) : std::string());
+                }
                 out << '\n';
             }
         }
@@ -126,15 +131,26 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         // Every digital curve of the section, for comparing whole dumps.
         out << "curve,time,state\n";
         std::ostringstream lines;
+        cVxLogger logger;
         for (uint64_t c = 0; c < section.getNbOfVariables(); ++c) {
-            const cCurvePlotVariable& curve = section.getVariable(c);
-            if (curve.checkMustClose() || !checkIsLogicChangeCurve(curve))
+            cCurvePlotVariable& curve = section.getVariable(c);
+            if (curve.checkMustClose() || !curve.getType() || !curve.getType()->checkIsDigital())
+                continue;
+            // One curve in memory at a time.
+            const bool load = curve.checkNeedsLoading() && !curve.checkHasStorage();
+            if (load && curve.loadDataFromDb(logger, &section, c) != ok) {
+                err << "zelwave-cli dump: the values of \"" << curve.name() << "\" can't be loaded\n";
+                return 1;
+            }
+            if (!checkIsLogicChangeCurve(curve))
                 continue;
             lines.str(std::string());
             dumpLogicChanges(section, curve, options.hasFlag("--ticks"), lines);
             std::istringstream split(lines.str());
             for (std::string line; std::getline(split, line);)
                 out << curve.name() << ',' << line << '\n';
+            if (load)
+                curve.releaseDb();
         }
         return 0;
     }
@@ -153,6 +169,11 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         return 1;
     }
     const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
+    cVxLogger logger;
+    if (!sweepCurve && const_cast<cCurvePlotVariable*>(curve)->loadDataFromDb(logger, &section, index) != ok) {
+        err << "zelwave-cli dump: the values of \"" << curve->name() << "\" can't be loaded\n";
+        return 1;
+    }
     if (checkIsLogicChangeCurve(*curve)) {
         out << xName << ',' << curve->name() << '\n';
         dumpLogicChanges(section, *curve, options.hasFlag("--ticks"), out);

@@ -86,7 +86,12 @@ int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ost
     std::vector<double> indices;
     if (!openCurve(store, options, "at", err, choice))
         return 1;
-    if (!choice.isSweep && checkIsLogicChangeCurve(*choice.curve)) {
+    if (!choice.isSweep && choice.curve->getType() && choice.curve->getType()->checkIsDigital()) {
+        cVxLogger logger;
+        if (const_cast<cCurvePlotVariable*>(choice.curve)->loadDataFromDb(logger, choice.section, choice.index) != ok) {
+            err << "zelwave-cli at: the values of \"" << choice.curve->name() << "\" can't be loaded\n";
+            return 1;
+        }
         // A logic state holds from its change to the next one.
         const unsigned radix = options.hasFlag("--hex")   ? derivedCurveFunction::hexadecimal
                                : options.hasFlag("--dec") ? derivedCurveFunction::decimal

@@ -55,11 +55,29 @@ cLayout layoutOf(unsigned dataType, uint64_t logicWidth = 1)
 std::string quoted(const std::string& text) { return "\"" + text + "\""; }
 }  // namespace
 
-bool cCurvePlotVariable::checkDataTypeCanBeLoaded(unsigned dataType) { return layoutOf(dataType).y != 0; }
+namespace {
+// Logic changes: a 64-bit position and the states of a vector per record.
+bool checkIsValueVectorType(unsigned dataType)
+{
+    return dataType == sparse_logic_vector_2_state || dataType == sparse_logic_vector_4_state ||
+           dataType == sparse_logic_vector_256_state;
+}
+}  // namespace
+
+bool cCurvePlotVariable::checkDataTypeCanBeLoaded(unsigned dataType)
+{
+    return layoutOf(dataType).y != 0 || checkIsValueVectorType(dataType);
+}
 
 bool cCurvePlotVariable::prepareStorageForLoading(unsigned dataType, uint64_t count)
 {
     // A logic vector's width comes from the curve's type.
+    if (checkIsValueVectorType(dataType)) {
+        clearValues();
+        setGrowthFlag(false);
+        return setValueVectorPairSize(std::max<uint64_t>(count, 1),
+                                      std::max<uint64_t>(mType ? mType->getConstantStringSize() : 1, 1));
+    }
     const cLayout layout = layoutOf(dataType, mType ? mType->getConstantStringSize() : 1);
     if (!layout.y)
         return false;

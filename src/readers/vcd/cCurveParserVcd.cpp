@@ -1,11 +1,14 @@
 #include "readers/vcd/cCurveParserVcd.h"
 
 #include "readers/scan/cVxMemoryFile.h"
+#include "readers/vcd/cCurveParserVcdDbLoader.h"
 
 namespace vx3 {
 
 returnCode cCurveParserVcd::parseFile(const std::string& name)
 {
+    // Curves whose values stay in the file (or were released) load through it.
+    cCurveParserVcdDbLoader::registerLoader();
     cVxMemoryFile file;
     if (!file.openFile(name)) {
         errorMsg("Vcd parser : could not open \"" + name + "\"" +

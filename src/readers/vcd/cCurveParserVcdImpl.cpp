@@ -7,6 +7,26 @@ namespace vx3 {
 
 using namespace curveParserVcd;
 
+bool cCurveParserVcdImpl::readValuesNow()
+{
+    // Text in memory has no file to read values from later.
+    if (!mMapped)
+        return true;
+    // A curve that stays in a text dump loads by a scan of its pieces: files below 256 MB are
+    // read whole, and the option can only raise that size (negative: always read whole).
+    uint64_t threshold = uint64_t(256) << 20;
+    if (mSizeChosen) {
+        threshold = mMinimumSizeForDbAccess;
+    } else {
+        const double option = options().getOption(curvePlotParser::prop_parser_option_minimum_size_for_db_access);
+        if (option < 0)
+            return true;
+        if (option > static_cast<double>(threshold))
+            threshold = option >= 1.8e19 ? ~uint64_t(0) : static_cast<uint64_t>(option);
+    }
+    return threshold == 0 || static_cast<uint64_t>(mEnd - mBegin) < threshold;
+}
+
 returnCode cCurveParserVcdImpl::parseFileImpl(const char* begin, const char* end, const std::string& fileName,
                                               bool detectOnly, bool mapped)
 {

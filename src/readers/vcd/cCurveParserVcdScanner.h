@@ -24,6 +24,11 @@ struct cScanContext {
     uint64_t valueBufferSize = 128;
     bool releasePages = false;  // hand the pages read back to the system (mapped files)
     const std::atomic<bool>* interrupted = nullptr;
+    // The text was checked by an earlier pass: dump switches are not checked again (a piece
+    // read alone doesn't know the state its predecessors left).
+    bool validated = false;
+    // Index pieces start at the first "#" line this many bytes after the previous one.
+    uint64_t markInterval = ~uint64_t(0);
 };
 
 // One piece of the value section: its range and initial state, and what the scan found.
@@ -48,6 +53,12 @@ struct cChunkResult {
     std::vector<uint64_t> times;     // one per step (first pass)
     std::vector<uint64_t> counts;    // records per variable (first pass)
     std::vector<uint64_t> dumpSwitches;  // times of $dumpoff and $dumpon, alternately
+    // The index of the first pass: where its pieces start (the first at begin), which variables
+    // have records in which of them (in the order found), and the time of each variable's last
+    // record.
+    std::vector<const char*> marks;
+    std::vector<std::pair<uint32_t, uint32_t>> presence;
+    std::vector<uint64_t> lastRecordTimes;
 };
 
 void releasePages(const char*& released, const char* upTo);
@@ -68,6 +79,8 @@ public:
         mEnd = mResult.end;
         mReleased = mResult.begin;
         mDumpOff = mResult.dumpOffAtStart;
+        mSink.mark(mPosition);
+        mNextMark = mContext.markInterval > uint64_t(mEnd - mPosition) ? mEnd : mPosition + mContext.markInterval;
         const char* nextCheck = mPosition + std::min<uint64_t>(kCheckInterval, static_cast<uint64_t>(mEnd - mPosition));
         bool good = true;
         while (good) {
@@ -338,6 +351,10 @@ private:
         bool hasDelta = false;
         if (!parseTime(p, time, delta, hasDelta))
             return fail(at, "invalid #time directive.");
+        if (at >= mNextMark) {
+            mSink.mark(at);
+            mNextMark = mContext.markInterval > uint64_t(mEnd - at) ? mEnd : at + mContext.markInterval;
+        }
         mPosition = p;
         mResult.deltaCyclesUsed = mResult.deltaCyclesUsed || hasDelta;
         if (!step(time, delta))
@@ -373,14 +390,14 @@ private:
             return true;  // the values inside are read as any others
         const uint64_t now = mResult.hasSteps ? mResult.lastTime : 0;
         if (word == "dumpoff" || word == "dumpportsoff") {
-            if (mDumpOff)
+            if (mDumpOff && !mContext.validated)
                 return fail(at, "invalid $dumpoff directive.");
             mDumpOff = true;
             mResult.dumpSwitches.push_back(now);
             return true;
         }
         if (word == "dumpon" || word == "dumpportson") {
-            if (!mDumpOff)
+            if (!mDumpOff && !mContext.validated)
                 return fail(at, "invalid $dumpon directive.");
             mDumpOff = false;
             mResult.dumpSwitches.push_back(now);
@@ -420,6 +437,7 @@ private:
     const char* mEnd = nullptr;
     const char* mEntry = nullptr;
     const char* mReleased = nullptr;
+    const char* mNextMark = nullptr;
     uint64_t mStep = ~uint64_t(0);  // local step index; the first step is 0
     bool mDumpOff = false;
 };

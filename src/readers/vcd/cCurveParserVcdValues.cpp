@@ -16,6 +16,7 @@
 
 #include "readers/vcd/cCurveParserVcdImpl.h"
 #include "readers/vcd/cCurveParserVcdScanner.h"
+#include "readers/vcd/cCurveParserVcdStoreSink.h"
 
 namespace vx3 {
 
@@ -41,88 +42,39 @@ void releasePages(const char*& released, const char* upTo)
 namespace {
 
 struct cCountSink {
-    std::vector<uint64_t>& counts;
+    cChunkResult& result;
     std::vector<uint64_t> lastStep;
-    std::vector<uint64_t>& times;
-    bool& overwritten;
+    std::vector<uint32_t> lastPiece;
+    uint32_t piece = 0;
 
-    cCountSink(cChunkResult& result, size_t signals)
-        : counts(result.counts), lastStep(signals, kNoStep), times(result.times), overwritten(result.overwritten)
+    cCountSink(cChunkResult& chunk, size_t signals)
+        : result(chunk), lastStep(signals, kNoStep), lastPiece(signals, kNoSignal)
     {
-        counts.assign(signals, 0);
+        result.counts.assign(signals, 0);
+        result.lastRecordTimes.assign(signals, 0);
     }
-    void step(uint64_t time) { times.push_back(time); }
-    void record(uint32_t signal, uint64_t step)
+    void mark(const char* at)
+    {
+        piece = static_cast<uint32_t>(result.marks.size());
+        result.marks.push_back(at);
+    }
+    void step(uint64_t time) { result.times.push_back(time); }
+    void record(uint32_t signal, uint64_t step, uint64_t time)
     {
         if (lastStep[signal] == step) {
-            overwritten = true;
+            result.overwritten = true;
             return;
         }
         lastStep[signal] = step;
-        ++counts[signal];
-    }
-    void logic(uint32_t signal, const char*, uint64_t, uint64_t step, uint64_t) { record(signal, step); }
-    void real(uint32_t signal, double, uint64_t step, uint64_t) { record(signal, step); }
-};
-
-// Where the records of one variable go.
-struct cTarget {
-    uint64_t* positions = nullptr;
-    char* states = nullptr;
-    double* xs = nullptr;
-    double* ys = nullptr;
-    uint64_t width = 0;
-};
-
-struct cStoreSink {
-    const cTarget* targets;
-    std::vector<uint64_t> next;  // the next record of each variable in this piece
-    std::vector<uint64_t> lastStep;
-    std::vector<char> extended;
-    double timeScale;
-
-    cStoreSink(const std::vector<cTarget>& all, std::vector<uint64_t> first, uint64_t maxWidth, double scale)
-        : targets(all.data()), next(std::move(first)), lastStep(all.size(), kNoStep), extended(maxWidth + 1),
-          timeScale(scale)
-    {
-    }
-    void step(uint64_t) {}
-    uint64_t slot(uint32_t signal, uint64_t step)
-    {
-        // A second value in one step replaces the first.
-        if (lastStep[signal] == step)
-            return next[signal] - 1;
-        lastStep[signal] = step;
-        return next[signal]++;
-    }
-    void logic(uint32_t signal, const char* bits, uint64_t n, uint64_t step, uint64_t time)
-    {
-        const cTarget& target = targets[signal];
-        const uint64_t width = target.width;
-        const char* value = bits;
-        if (n < width) {
-            // Verilog's left extension: x and z repeat, anything else extends with 0.
-            const char fill = bits[0] == 'x' || bits[0] == 'z' ? bits[0] : '0';
-            std::memset(extended.data(), fill, width - n);
-            std::memcpy(extended.data() + (width - n), bits, n);
-            value = extended.data();
-        } else if (n > width) {
-            value = bits + (n - width);
+        ++result.counts[signal];
+        result.lastRecordTimes[signal] = time;
+        if (lastPiece[signal] != piece) {
+            lastPiece[signal] = piece;
+            result.presence.emplace_back(signal, piece);
         }
-        const uint64_t index = slot(signal, step);
-        target.positions[index] = time;
-        if (width == 1)
-            target.states[index] = *value;
-        else
-            std::memcpy(target.states + index * width, value, width);
     }
-    void real(uint32_t signal, double value, uint64_t step, uint64_t time)
-    {
-        const cTarget& target = targets[signal];
-        const uint64_t index = slot(signal, step);
-        target.xs[index] = static_cast<double>(time) * timeScale;
-        target.ys[index] = value;
-    }
+    void logic(uint32_t signal, const char*, uint64_t, uint64_t step, uint64_t time) { record(signal, step, time); }
+    void real(uint32_t signal, double, uint64_t step, uint64_t time) { record(signal, step, time); }
 };
 
 // Cuts [begin, end) into up to count pieces that start at a line beginning with "#".
@@ -181,6 +133,9 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
     context.signals = &all;
     context.valueBufferSize = std::max<uint64_t>(128, uint64_t(getMaxWidth()) * 2 + 16);
     context.releasePages = mMapped;
+    // Index pieces: fine enough that a curve that changes seldom loads from a few of them, and
+    // no more than some thousand of them.
+    context.markInterval = std::max<uint64_t>(uint64_t(1) << 20, static_cast<uint64_t>(mEnd - mPosition) / 2048);
     std::atomic<bool> interrupted(false);
     context.interrupted = &interrupted;
     const std::function<bool()> checkInterrupted = [this] { return checkIsInterrupted(); };
@@ -266,11 +221,13 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         code = partly_parsed;
     }
     std::vector<std::vector<uint64_t>> firstRecords(used, std::vector<uint64_t>(signalCount, 0));
-    std::vector<uint64_t> totals(signalCount, 0);
+    std::vector<uint64_t> totals(signalCount, 0), lastRecordTimes(signalCount, 0);
     for (size_t k = 0; k < used; ++k) {
         for (size_t s = 0; s < signalCount; ++s) {
             firstRecords[k][s] = totals[s];
             totals[s] += chunks[k].counts[s];
+            if (chunks[k].counts[s])
+                lastRecordTimes[s] = chunks[k].lastRecordTimes[s];
         }
         mDeltaCyclesUsed = mDeltaCyclesUsed || chunks[k].deltaCyclesUsed;
         mOverwritten = mOverwritten || chunks[k].overwritten;
@@ -298,14 +255,44 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         mSweep->pushBackValue<uint64_t>(mLastTime);
         ++mStepCount;
     }
+    mSweep->setNeedsLoading(false);
+
+    // Where each curve's records lie in the file, so that its values can be loaded again (or
+    // for the first time) by reading only the pieces that hold them. One record more than the
+    // file gives when the last value must be held to the end of the time axis.
+    std::vector<uint64_t> pieceStart, pieceSize;
+    for (size_t s = 0; s < signalCount; ++s) {
+        all[s].curve->clearDbEntries();
+        all[s].curve->setDbStride(0);
+        all[s].curve->setDbSize(totals[s] + (totals[s] && lastRecordTimes[s] < mLastTime ? 1 : 0));
+    }
+    for (size_t k = 0; k < used; ++k) {
+        const cChunkResult& chunk = chunks[k];
+        const size_t base = pieceStart.size();
+        for (size_t i = 0; i < chunk.marks.size(); ++i) {
+            const char* end = i + 1 < chunk.marks.size() ? chunk.marks[i + 1] : (chunk.failed ? chunk.cut : chunk.end);
+            pieceStart.push_back(static_cast<uint64_t>(chunk.marks[i] - mBegin));
+            pieceSize.push_back(static_cast<uint64_t>(std::max(end, chunk.marks[i]) - chunk.marks[i]));
+        }
+        for (const auto& [signal, piece] : chunk.presence)
+            all[signal].curve->addDbEntry(pieceStart[base + piece], pieceSize[base + piece]);
+    }
+    mValueSectionStart = static_cast<uint64_t>(mPosition - mBegin);
+
+    if (!readValuesNow()) {
+        // The values stay in the file until a curve is shown.
+        dbSupport()->initDbSupport(fileDbSupport::vcd_65);
+        for (size_t s = 0; s < signalCount; ++s)
+            all[s].curve->setNeedsLoading(totals[s] > 0);
+        return !failedChunk;
+    }
 
     std::vector<cTarget> targets(signalCount);
     uint64_t maxWidth = 1;
     for (size_t s = 0; s < signalCount; ++s) {
         cSignal& entry = all[s];
         cCurvePlotVariable& curve = *entry.curve;
-        // One record more for the last value held to the end of the time axis.
-        const uint64_t capacity = totals[s] + 1;
+        const uint64_t capacity = std::max<uint64_t>(curve.getDbSize(), 1);
         bool allocated = false;
         if (entry.kind == real_signal) {
             allocated = curve.setParameterizedSize(capacity, sizeof(double), sizeof(double));
@@ -347,8 +334,10 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         code = action_interrupted;
         return false;
     }
-    for (size_t s = 0; s < signalCount; ++s)
+    for (size_t s = 0; s < signalCount; ++s) {
         all[s].curve->setUsedValueCount(totals[s]);
+        all[s].curve->setNeedsLoading(false);
+    }
     return !failedChunk;
 }
 
