@@ -170,7 +170,9 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
     }
     const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
     cVxLogger logger;
-    if (!sweepCurve && const_cast<cCurvePlotVariable*>(curve)->loadDataFromDb(logger, &section, index) != ok) {
+    // Values that stayed in the file (or were never in memory) are loaded first.
+    if (!sweepCurve && curve->checkNeedsLoading() && !curve->checkHasStorage() &&
+        const_cast<cCurvePlotVariable*>(curve)->loadDataFromDb(logger, &section, index) != ok) {
         err << "zelwave-cli dump: the values of \"" << curve->name() << "\" can't be loaded\n";
         return 1;
     }

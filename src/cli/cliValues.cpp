@@ -88,7 +88,8 @@ int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ost
         return 1;
     if (!choice.isSweep && choice.curve->getType() && choice.curve->getType()->checkIsDigital()) {
         cVxLogger logger;
-        if (const_cast<cCurvePlotVariable*>(choice.curve)->loadDataFromDb(logger, choice.section, choice.index) != ok) {
+        if (choice.curve->checkNeedsLoading() && !choice.curve->checkHasStorage() &&
+            const_cast<cCurvePlotVariable*>(choice.curve)->loadDataFromDb(logger, choice.section, choice.index) != ok) {
             err << "zelwave-cli at: the values of \"" << choice.curve->name() << "\" can't be loaded\n";
             return 1;
         }
