@@ -59,6 +59,8 @@ bool readOptions(const std::vector<std::string>& arguments, cFileOptions& option
                 err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot, vcd)\n";
                 return false;
             }
+        } else if (argument == "--read-all") {
+            options.readAll = true;
         } else if (argument == "--verbose" || argument == "-v") {
             options.verbose = true;
         } else if (withSection && argument == "--section" && i + 1 < arguments.size()) {
@@ -84,6 +86,8 @@ returnCode readFile(cCurvePlotDataFile& store, const std::string& name, const cF
     cCurvePlotParser parser;
     parser.logger().setLoggerCallBack(&messages);
     parser.setForcedParserType(options.reader);
+    if (options.readAll)
+        parser.setOption(curvePlotParser::prop_parser_option_minimum_size_for_db_access, -1.0);
     const returnCode code = parser.parse(store, name);
     parser.logger().setLoggerCallBack(nullptr);
     return code;

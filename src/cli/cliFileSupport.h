@@ -14,6 +14,7 @@ namespace vx3::cliFiles {
 struct cFileOptions {
     unsigned reader = curvePlotParser::none;
     bool verbose = false;
+    bool readAll = false;  // every value at once, also of files that keep them in the file
     std::string section = "0";
     std::vector<std::string> positional;
     // Flags a subcommand accepts besides the common ones (without value), and those found.

@@ -244,7 +244,9 @@ void addFileSubcommands(cCliTool& tool)
         "Options:\n"
         "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot, vcd;\n"
         "               by default the file's name and content decide\n"
-        "  --verbose    also print the readers' informations (to standard error)\n";
+        "  --verbose    also print the readers' informations (to standard error)\n"
+        "  --read-all   read every value when opening (large value change dumps otherwise keep\n"
+        "               their values in the file until a curve is used)\n";
     tool.add({"info", "list the sections, curves, units and point counts of waveform files",
               "usage: zelwave-cli info [--reader R] [--verbose] [--tree] FILE...\n\n"
               "Reads each file as the viewer opens it and prints its sections, their sweeps (x axes)\n"
