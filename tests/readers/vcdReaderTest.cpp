@@ -352,8 +352,9 @@ TEST(VcdReader, PiecesOnThreadsGiveWhatOneSequentialReadGives)
         EXPECT_EQ(codes[0], codes[1]);
         EXPECT_EQ(codes[0], codes[2]);
         EXPECT_EQ(pieces[0], 1u);
-        if (&text == &variants[0])
+        if (&text == &variants[0]) {
             EXPECT_EQ(pieces[1], 4u);
+        }
         ASSERT_EQ(stores[0].getNbOfDataSections(), 1u);
         cCurvePlotDataSection& one = *stores[0].getDataSectionFromIndex(0);
         cCurvePlotDataSection& lazy = *stores[2].getDataSectionFromIndex(0);

@@ -158,7 +158,9 @@ void cCurveParserVcdBase::insertVariableToMap(std::string_view code, const cCurv
     mSignals.push_back(added);
     mMaxWidth = std::max(mMaxWidth, added.width);
     uint32_t previous = kNoSignal;
+    mSignals.back().head = index;
     if (!mCodes.insertCode(code, index, previous)) {
+        mSignals.back().head = previous;
         // Values of a shared code go to every variable of the chain.
         uint32_t last = previous;
         while (mSignals[last].aliasNext != kNoSignal)

@@ -29,6 +29,7 @@ struct cSignal {
     uint64_t lastStep = kNoStep;  // the step of the curve's last record
     uint32_t width = 1;           // states per value; 0 for a real
     uint32_t aliasNext = kNoSignal;  // the next variable that shares the code
+    uint32_t head = kNoSignal;       // the first variable of the code (itself when it is the first)
     signal_kind kind = logic_signal;
 };
 

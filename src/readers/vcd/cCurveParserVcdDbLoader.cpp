@@ -1,6 +1,10 @@
 #include "readers/vcd/cCurveParserVcdDbLoader.h"
 
+#include <algorithm>
+#include <cstring>
+#include <future>
 #include <mutex>
+#include <thread>
 
 #include "model/cCurvePlotDataFile.h"
 #include "model/fileDbType.h"
@@ -14,6 +18,58 @@ namespace vx3 {
 using namespace curveParserVcd;
 
 namespace {
+// The records of one variable found in a run of pieces, collected to be copied into the block
+// in the order of the pieces.
+struct cCollectSink {
+    uint32_t wanted;
+    uint64_t width;
+    bool isReal;
+    double scale;
+    std::vector<uint64_t> positions;
+    std::vector<char> states;
+    std::vector<double> xs, ys;
+    std::vector<char> extended;
+    uint64_t lastStep = kNoStep;
+
+    void mark(const char*) {}
+    void step(uint64_t) {}
+    void newPiece() { lastStep = kNoStep; }
+    void logic(uint32_t signal, const char* bits, uint64_t n, uint64_t step, uint64_t time)
+    {
+        if (signal != wanted || isReal)
+            return;
+        const char* value = bits;
+        if (n < width) {
+            const char fill = bits[0] == 'x' || bits[0] == 'z' ? bits[0] : '0';
+            extended.assign(width - n, fill);
+            extended.insert(extended.end(), bits, bits + n);
+            value = extended.data();
+        } else if (n > width) {
+            value = bits + (n - width);
+        }
+        if (lastStep == step && !positions.empty()) {
+            std::memcpy(states.data() + states.size() - width, value, width);
+            return;
+        }
+        lastStep = step;
+        positions.push_back(time);
+        states.insert(states.end(), value, value + width);
+    }
+    void real(uint32_t signal, double value, uint64_t step, uint64_t time)
+    {
+        if (signal != wanted || !isReal)
+            return;
+        if (lastStep == step && !ys.empty()) {
+            ys.back() = value;
+            return;
+        }
+        lastStep = step;
+        xs.push_back(static_cast<double>(time) * scale);
+        ys.push_back(value);
+    }
+    uint64_t count() const { return isReal ? ys.size() : positions.size(); }
+};
+
 // The declarations of the file, read into a store of its own.
 class cDeclarations : public cCurveParserVcdImpl {
 public:
@@ -103,29 +159,76 @@ int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, 
     context.valueBufferSize = std::max<uint64_t>(128, uint64_t(declarations.getMaxWidth()) * 2 + 16);
     context.releasePages = mapped;
     context.validated = true;
+    context.onlyHead = all[wanted].head;
     const uint64_t valueStart = declarations.valueSectionStart(data);
-    uint64_t count = 0;
-    for (uint64_t e = 0; e < curve.getNbOfDbEntries(); ++e) {
-        uint64_t position = 0, length = 0;
-        if (!curve.getDbEntry(e, position, length) || position > size || length > size - position) {
+    // The pieces in groups of about equal size, one thread each; a group's records are copied
+    // into the block once all groups are done, in the order of the pieces.
+    std::vector<std::pair<uint64_t, uint64_t>> entries(curve.getNbOfDbEntries());
+    uint64_t bytes = 0;
+    for (uint64_t e = 0; e < entries.size(); ++e) {
+        if (!curve.getDbEntry(e, entries[e].first, entries[e].second) || entries[e].first > size ||
+            entries[e].second > size - entries[e].first) {
             error = "The file \"" + curve.fileName() + "\" is shorter than when it was read.";
             return 3;
         }
-        cChunkResult piece;
-        piece.begin = data + position;
-        piece.end = piece.begin + length;
-        piece.first = position == valueStart;
-        std::vector<uint64_t> first(all.size(), 0);
-        first[wanted] = count;
-        cStoreSink sink(targets, std::move(first), declarations.getMaxWidth(), scale);
-        // A count past the block means the file changed: stop before writing past it.
-        const bool good = cCurveParserVcdScanner<cStoreSink>(context, sink, piece).run();
-        count = sink.next[wanted];
-        if (!good || count > capacity) {
-            error = good ? "The file \"" + curve.fileName() + "\" changed since it was read."
-                         : cCurveParserVcdBase::formatDebugMessage(piece.error.position, piece.error.text);
+        bytes += entries[e].second;
+    }
+    const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
+    const uint64_t groupBytes = std::max<uint64_t>(bytes / threads + 1, uint64_t(4) << 20);
+    std::vector<std::pair<size_t, size_t>> groups;
+    for (size_t e = 0; e < entries.size();) {
+        size_t last = e;
+        uint64_t sum = 0;
+        while (last < entries.size() && (last == e || sum + entries[last].second <= groupBytes))
+            sum += entries[last++].second;
+        groups.emplace_back(e, last);
+        e = last;
+    }
+    std::vector<cCollectSink> sinks(groups.size(), cCollectSink{wanted, all[wanted].width, real, scale, {}, {}, {}, {}, {}});
+    std::vector<cError> errors(groups.size());
+    std::vector<char> failedGroups(groups.size(), 0);
+    auto scanGroup = [&](size_t g) {
+        for (size_t e = groups[g].first; e < groups[g].second; ++e) {
+            cChunkResult piece;
+            piece.begin = data + entries[e].first;
+            piece.end = piece.begin + entries[e].second;
+            piece.first = entries[e].first == valueStart;
+            sinks[g].newPiece();
+            if (!cCurveParserVcdScanner<cCollectSink>(context, sinks[g], piece).run()) {
+                errors[g] = piece.error;
+                failedGroups[g] = 1;
+                return;
+            }
+        }
+    };
+    std::vector<std::future<void>> running;
+    for (size_t g = 1; g < groups.size(); ++g)
+        running.push_back(std::async(std::launch::async, scanGroup, g));
+    if (!groups.empty())
+        scanGroup(0);
+    for (auto& future : running)
+        future.get();
+    uint64_t count = 0;
+    for (size_t g = 0; g < groups.size(); ++g) {
+        if (failedGroups[g]) {
+            error = cCurveParserVcdBase::formatDebugMessage(errors[g].position, errors[g].text);
             return 3;
         }
+        const uint64_t found = sinks[g].count();
+        // More records than the block holds means the file changed: stop before writing past it.
+        if (count + found > capacity) {
+            error = "The file \"" + curve.fileName() + "\" changed since it was read.";
+            return 3;
+        }
+        if (real) {
+            std::memcpy(target.xs + count, sinks[g].xs.data(), found * sizeof(double));
+            std::memcpy(target.ys + count, sinks[g].ys.data(), found * sizeof(double));
+        } else {
+            std::memcpy(target.positions + count, sinks[g].positions.data(), found * sizeof(uint64_t));
+            std::memcpy(target.states + count * target.width, sinks[g].states.data(), found * target.width);
+        }
+        count += found;
+        sinks[g] = cCollectSink{};
     }
     // The last value holds to the end of the time axis, as when the file was read.
     uint64_t lastTime = 0;

@@ -29,6 +29,9 @@ struct cScanContext {
     bool validated = false;
     // Index pieces start at the first "#" line this many bytes after the previous one.
     uint64_t markInterval = ~uint64_t(0);
+    // A load of one variable: the first variable of its code. Vectors and reals of other codes
+    // are skipped by their line's last token, without reading their value.
+    uint32_t onlyHead = kNoSignal;
 };
 
 // One piece of the value section: its range and initial state, and what the scan found.
@@ -207,8 +210,35 @@ private:
         return true;
     }
 
+    // With a load of one variable: true when the entry at the cursor (a value, then its code as
+    // the line's last token) names another code; the cursor then stands at the line's end.
+    bool skipOtherCode()
+    {
+        if (mContext.onlyHead == kNoSignal)
+            return false;
+        const char* end = static_cast<const char*>(std::memchr(mPosition, '\n', static_cast<size_t>(mEnd - mPosition)));
+        if (!end)
+            end = mEnd;
+        const char* last = end;
+        while (last > mPosition && isSpace(last[-1]))
+            --last;
+        const char* first = last;
+        while (first > mPosition && !isSpace(first[-1]))
+            --first;
+        if (first == mPosition || first == last)
+            return false;  // one token only: let the parser explain
+        uint32_t signal = kNoSignal;
+        const std::string_view code(first, static_cast<size_t>(last - first));
+        if (!mContext.codes->getVariableIndex(code, signal) || signal == mContext.onlyHead)
+            return false;
+        mPosition = end;
+        return true;
+    }
+
     bool parseVectorValues()
     {
+        if (skipOtherCode())
+            return true;
         const char* at = mPosition;
         ++mPosition;
         char* buffer = mBuffer.data();
@@ -249,6 +279,8 @@ private:
 
     bool parseRealValue()
     {
+        if (skipOtherCode())
+            return true;
         const char* at = mPosition;
         ++mPosition;
         const char* p = mPosition;
