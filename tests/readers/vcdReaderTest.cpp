@@ -8,6 +8,7 @@
 #include "model/cCurvePlotProperties.h"
 #include "model/fileDbType.h"
 #include "readerTestSupport.h"
+#include "readers/scan/cBusErrorGuard.h"
 #include "readers/vcd/cCurveParserVcd.h"
 
 using namespace vx3;
@@ -402,4 +403,39 @@ TEST(VcdReader, PiecesOnThreadsGiveWhatOneSequentialReadGives)
         }
         }
     }
+}
+
+TEST(VcdReader, ValuesLeftInAFileThatIsCutFailToLoadWithoutACrash)
+{
+    // A dump whose curves stay in the file; after one load the file is cut under its mapping,
+    // and the next load meets the missing pages.
+    std::string text = std::string(kHeader);
+    for (unsigned step = 0; text.size() < (6u << 20); ++step)
+        text += "#" + std::to_string(step * 10) + "\n" + (step % 2 ? "1!\n" : "0!\n") + "b" +
+                std::to_string(step % 2) + "1 \"\n";
+    cTempDir dir;
+    const std::string file = dir.write("cut.vcd", text);
+    cCurvePlotDataFile store;
+    cCurvePlotParser options;
+    cRecordingLogger messages;
+    options.logger().setLoggerCallBack(&messages);
+    {
+        cCurveParserVcd reader(store, options);
+        reader.setMinimumSizeForDbAccess(1);
+        ASSERT_EQ(reader.parseFile(file), ok);
+    }
+    cCurvePlotDataSection& section = *store.getDataSectionFromIndex(0);
+    cCurvePlotVariable& a = section.getVariable(section.findVariableIndex("top.a"));
+    cCurvePlotVariable& bus = section.getVariable(section.findVariableIndex("top.bus[7:0]"));
+    ASSERT_EQ(a.loadDataFromDb(options.logger(), &section, 0), ok);
+    EXPECT_EQ(a.getValueCount(), a.getDbSize());
+    ASSERT_EQ(::truncate(file.c_str(), 1 << 20), 0);
+    const unsigned long caught = busErrorGuard::getCaughtCount();
+    EXPECT_EQ(bus.loadDataFromDb(options.logger(), &section, 1), failed);
+    EXPECT_GT(busErrorGuard::getCaughtCount(), caught);
+    EXPECT_FALSE(bus.checkHasStorage());
+    EXPECT_TRUE(messages.contains("loadDataFromDb failed for curve top.bus[7:0]")) << messages.text();
+    // The curve loaded before keeps its values.
+    EXPECT_EQ(a.getValueCount(), a.getDbSize());
+    options.logger().setLoggerCallBack(nullptr);
 }

@@ -1,6 +1,7 @@
 #include "readers/vcd/cCurveParserVcdDbLoader.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <future>
 #include <mutex>
@@ -9,6 +10,7 @@
 #include "model/cCurvePlotDataFile.h"
 #include "model/fileDbType.h"
 #include "readers/cCurvePlotParserOptions.h"
+#include "readers/scan/cBusErrorGuard.h"
 #include "readers/vcd/cCurveParserVcdImpl.h"
 #include "readers/vcd/cCurveParserVcdScanner.h"
 #include "readers/vcd/cCurveParserVcdStoreSink.h"
@@ -201,13 +203,23 @@ int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, 
             }
         }
     };
+    // A mapped file cut meanwhile fails the load instead of the process.
+    std::atomic<bool> busError(false);
+    auto guarded = [&](size_t g) {
+        if (!busErrorGuard::runGuarded([&] { scanGroup(g); }))
+            busError = true;
+    };
     std::vector<std::future<void>> running;
     for (size_t g = 1; g < groups.size(); ++g)
-        running.push_back(std::async(std::launch::async, scanGroup, g));
+        running.push_back(std::async(std::launch::async, guarded, g));
     if (!groups.empty())
-        scanGroup(0);
+        guarded(0);
     for (auto& future : running)
         future.get();
+    if (busError) {
+        error = "The file \"" + curve.fileName() + "\" was cut while it was read.";
+        return 3;
+    }
     uint64_t count = 0;
     for (size_t g = 0; g < groups.size(); ++g) {
         if (failedGroups[g]) {

@@ -14,6 +14,7 @@
 #include <future>
 #include <thread>
 
+#include "readers/scan/cBusErrorGuard.h"
 #include "readers/vcd/cCurveParserVcdImpl.h"
 #include "readers/vcd/cCurveParserVcdScanner.h"
 #include "readers/vcd/cCurveParserVcdStoreSink.h"
@@ -106,19 +107,25 @@ std::vector<std::pair<const char*, const char*>> cutIntoPieces(const char* begin
     return pieces;
 }
 
-// Runs the tasks on threads of their own and waits for them, passing an interruption on.
-void runTasks(std::vector<std::function<void()>>& tasks, std::atomic<bool>& interrupted,
+// Runs the tasks on threads of their own and waits for them, passing an interruption on. A
+// mapped file cut meanwhile fails the task instead of the process; false when one failed so.
+bool runTasks(std::vector<std::function<void()>>& tasks, std::atomic<bool>& interrupted,
               const std::function<bool()>& checkInterrupted)
 {
+    std::atomic<bool> busError(false);
     std::vector<std::future<void>> running;
     for (auto& task : tasks)
-        running.push_back(std::async(std::launch::async, task));
+        running.push_back(std::async(std::launch::async, [&task, &busError] {
+            if (!busErrorGuard::runGuarded(task))
+                busError = true;
+        }));
     for (auto& future : running) {
         while (future.wait_for(std::chrono::milliseconds(50)) != std::future_status::ready)
             if (checkInterrupted())
                 interrupted = true;
         future.get();
     }
+    return !busError;
 }
 
 }  // namespace
@@ -145,6 +152,7 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
     std::vector<cChunkResult> chunks;
 
     // ---- First pass: check and count.
+    bool cut = false;
     auto countPass = [&](bool sequential) {
         if (sequential)
             pieces.assign(1, {mPosition, mEnd});
@@ -159,11 +167,17 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
                 cCurveParserVcdScanner<cCountSink>(context, sink, chunks[k]).run();
             });
         }
-        runTasks(tasks, interrupted, checkInterrupted);
+        if (!runTasks(tasks, interrupted, checkInterrupted))
+            cut = true;
     };
     countPass(pieces.size() <= 1);
     if (interrupted || checkIsInterrupted()) {
         code = action_interrupted;
+        return false;
+    }
+    if (cut) {
+        errorMsg("Vcd Parser : the file \"" + mFileName + "\" was cut while it was read.");
+        code = file_format_recognized;
         return false;
     }
     // The pieces must fit together as one text: a fault after the first piece, a $dumpoff still
@@ -329,9 +343,14 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
             cCurveParserVcdScanner<cStoreSink>(context, sink, again[k]).run();
         });
     }
-    runTasks(tasks, interrupted, checkInterrupted);
+    const bool complete = runTasks(tasks, interrupted, checkInterrupted);
     if (interrupted || checkIsInterrupted()) {
         code = action_interrupted;
+        return false;
+    }
+    if (!complete) {
+        errorMsg("Vcd Parser : the file \"" + mFileName + "\" was cut while it was read.");
+        code = file_format_recognized;
         return false;
     }
     for (size_t s = 0; s < signalCount; ++s) {
