@@ -42,6 +42,18 @@ struct cScope {
     std::vector<std::pair<uint32_t, uint32_t>> curveRanges;  // first..last inclusive
 };
 
+// The next blank-separated word of the text at position (moved past it); empty at the end.
+inline std::string_view takeToken(const char*& position, const char* end)
+{
+    auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v'; };
+    while (position < end && blank(*position))
+        ++position;
+    const char* start = position;
+    while (position < end && !blank(*position))
+        ++position;
+    return std::string_view(start, static_cast<size_t>(position - start));
+}
+
 // A parse error: the byte offset of the token at fault and the text.
 struct cError {
     uint64_t position = 0;

@@ -74,15 +74,7 @@ std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\
 
 // ---------------------------------------------------------------- tokens
 
-std::string_view cCurveParserVcdImpl::nextToken()
-{
-    while (mPosition < mEnd && isBlank(*mPosition))
-        ++mPosition;
-    const char* start = mPosition;
-    while (mPosition < mEnd && !isBlank(*mPosition))
-        ++mPosition;
-    return std::string_view(start, static_cast<size_t>(mPosition - start));
-}
+std::string_view cCurveParserVcdImpl::nextToken() { return takeToken(mPosition, mEnd); }
 
 std::string_view cCurveParserVcdImpl::peekToken()
 {

@@ -394,15 +394,7 @@ private:
         return true;
     }
 
-    std::string_view nextToken()
-    {
-        while (mPosition < mEnd && isSpace(*mPosition))
-            ++mPosition;
-        const char* start = mPosition;
-        while (mPosition < mEnd && !isSpace(*mPosition))
-            ++mPosition;
-        return std::string_view(start, static_cast<size_t>(mPosition - start));
-    }
+    std::string_view nextToken() { return takeToken(mPosition, mEnd); }
 
     void skipCommentAndNewLine()
     {
