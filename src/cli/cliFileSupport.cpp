@@ -53,8 +53,10 @@ bool readOptions(const std::vector<std::string>& arguments, cFileOptions& option
                 options.reader = curvePlotParser::html;
             else if (name == "tecplot")
                 options.reader = curvePlotParser::tecplot;
+            else if (name == "nutmeg")
+                options.reader = curvePlotParser::nutmeg;
             else {
-                err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot)\n";
+                err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot, nutmeg)\n";
                 return false;
             }
         } else if (argument == "--verbose" || argument == "-v") {

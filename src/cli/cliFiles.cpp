@@ -66,15 +66,18 @@ int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::o
             out << '\n';
             for (uint64_t k = 0; k < section.getNbOfSweepVariables(); ++k) {
                 const cCurvePlotSweepVariable& sweep = section.getSweepVariable(k);
+                // Values still in the file are counted, not loaded.
+                const uint64_t points =
+                    sweep.checkDbSupportActive() && sweep.checkNeedsLoading() ? sweep.getDbSize() : sweep.getVectorSize();
                 out << "  sweep \"" << sweep.name() << "\" [" << unitOf(sweep.getType()) << "] "
-                    << sweep.getVectorSize() << " points\n";
+                    << points << " points\n";
             }
             for (uint64_t c = 0; c < section.getNbOfVariables(); ++c) {
                 const cCurvePlotVariable& curve = section.getVariable(c);
                 if (curve.checkMustClose())
                     continue;
                 out << "  curve \"" << curve.name() << "\" [" << unitOf(curve.getType()) << "] "
-                    << curve.getVectorSize() << " points";
+                    << section.getVariableValueCount(c) << " points";
                 if (curve.getType() && curve.getType()->checkIsComplex())
                     out << ", complex";
                 if (curve.getType() && curve.getType()->checkIsEnum())
@@ -122,6 +125,13 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         err << "zelwave-cli dump: no curve \"" << curveName << "\" in section " << sectionIndex << '\n';
         return 1;
     }
+    // Values that stay in the file until asked for: the x axes and the curve.
+    cVxLogger logger;
+    if (section.loadSweepVariablesFromDb(logger) != ok ||
+        const_cast<cCurvePlotVariable*>(curve)->loadDataFromDb(logger, &section, index, index == cCurvePlotDataSection::npos) != ok) {
+        err << "zelwave-cli dump: the values of \"" << curve->name() << "\" can't be loaded\n";
+        return 1;
+    }
     const bool complex = curve->getType() && curve->getType()->checkIsComplex();
     const uint64_t count = curve->getVectorSize();
     const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
@@ -145,7 +155,9 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
                 out << number(section.getSweepValue(k, sweepIndices[k])) << ',';
             out << number(sweeps ? section.getSweepValue(sweeps - 1, i) : static_cast<double>(i)) << ',';
             if (complex) {
-                const std::complex<double> value = curve->doubleComplexValues()[at];
+                const std::complex<double> value = curve->getDataType() == curvePlotProperties::float_complex
+                                                       ? std::complex<double>(curve->floatComplexValues()[at])
+                                                       : curve->doubleComplexValues()[at];
                 out << number(value.real()) << ',' << number(value.imag()) << '\n';
             } else {
                 out << number(curve->getDoubleValue(at)) << '\n';
@@ -161,7 +173,8 @@ void addFileSubcommands(cCliTool& tool)
 {
     const std::string options =
         "Options:\n"
-        "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot;\n"
+        "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot,\n"
+        "               nutmeg;\n"
         "               by default the file's name and content decide\n"
         "  --verbose    also print the readers' informations (to standard error)\n";
     tool.add({"info", "list the sections, curves, units and point counts of waveform files",

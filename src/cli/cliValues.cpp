@@ -20,7 +20,8 @@ using namespace cliFiles;
 
 const char* kValueOptions =
     "Options:\n"
-    "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot\n"
+    "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot,\n"
+    "               nutmeg\n"
     "  --section N  the section, counting from 0 (default 0)\n"
     "  --verbose    also print the readers' informations (to standard error)\n";
 
@@ -37,7 +38,8 @@ bool curveVectors(cCurvePlotDataFile& store, const cFileOptions& options, const 
         return false;
     cCurvePlotVariable& curve = const_cast<cCurvePlotVariable&>(*choice.curve);
     cVxLogger logger;
-    if (!choice.isSweep && curve.loadDataFromDb(logger, choice.section, choice.index) != ok) {
+    if (choice.section->loadSweepVariablesFromDb(logger) != ok ||
+        (!choice.isSweep && curve.loadDataFromDb(logger, choice.section, choice.index) != ok)) {
         err << "zelwave-cli " << subcommand << ": the values of \"" << curve.name() << "\" can't be loaded\n";
         return false;
     }

@@ -1,0 +1,29 @@
+// Loading the x axes of a section whose values stay in the file.
+#include "model/cCurvePlotDataSection.h"
+
+namespace vx3 {
+
+returnCode cCurvePlotDataSection::loadSweepVariablesFromDb(const cVxLogger& logger)
+{
+    returnCode result = ok;
+    for (uint64_t i = 0; i < mSweepVariables.size(); ++i) {
+        cCurvePlotSweepVariable& sweep = mSweepVariables[i];
+        if (!sweep.checkDbSupportActive() || !sweep.checkNeedsLoading())
+            continue;
+        if (sweep.loadDataFromDb(logger, this, i, true) != ok)
+            result = failed;
+    }
+    return result;
+}
+
+uint64_t cCurvePlotDataSection::getVariableValueCount(uint64_t index) const
+{
+    if (index >= mVariables.size())
+        return 0;
+    const cCurvePlotVariable& variable = mVariables[index];
+    if (variable.checkDbSupportActive() && variable.checkNeedsLoading())
+        return variable.getDbSize();
+    return variable.getVectorSize();
+}
+
+}  // namespace vx3
