@@ -398,6 +398,7 @@ returnCode cCurvePlotParserNutmeg::parseFileImpl(bool isReload, const std::strin
             if (dbType == 0)
                 dbType = chooseBinaryDbType(plot, text, size);
             if (dbType == 0) {
+                errorMsg("Nutmeg Parser : the binary values fit none of the known layouts.");
                 partial = true;
                 break;
             }

@@ -59,6 +59,7 @@ int analyseBinaryData(const cBinaryBlock& block, unsigned layout, bool bigEndian
     int score = 0;
     double previous = 0;
     int direction = 0;
+    bool moved = false;
     for (uint64_t r = 0; r < rows; ++r) {
         const char* row = block.data + block.position + r * stride;
         const double x = readValue(row, sweepWidth(layout), bigEndian);
@@ -66,6 +67,7 @@ int analyseBinaryData(const cBinaryBlock& block, unsigned layout, bool bigEndian
             return kImpossible;
         score += plausibleMagnitude(x) ? 1 : -4;
         if (r > 0 && x != previous) {
+            moved = true;
             const int step = x > previous ? 1 : -1;
             if (direction == 0)
                 direction = step;
@@ -88,10 +90,17 @@ int analyseBinaryData(const cBinaryBlock& block, unsigned layout, bool bigEndian
     const bool exactHeader = block.headerPoints > 0 && static_cast<uint64_t>(block.headerPoints) <= available &&
                              checkIsHeader(block.data, block.size,
                                            block.position + static_cast<uint64_t>(block.headerPoints) * stride);
-    if (exactEnd || exactHeader)
+    // The header's row count fitting the bytes exactly is the strongest sign; rows that merely
+    // divide the rest of the file are a weak one (every narrower layout divides it too).
+    const bool headerFits = block.headerPoints > 0 &&
+                            (exactHeader || (exactEnd && static_cast<uint64_t>(block.headerPoints) == available));
+    if (headerFits)
         score += 10;
-    if (block.headerPoints > 0 && static_cast<uint64_t>(block.headerPoints) == available)
-        score += 2;
+    else if (exactEnd)
+        score += 3;
+    // An x that never moves is what half of a double read as a float looks like.
+    if (rows > 2 && !moved)
+        score -= 10;
     return score;
 }
 
@@ -109,7 +118,8 @@ unsigned estimateEndianness(const cBinaryBlock& block, unsigned allowedLayouts)
                 bestType = dbTypeOf(layout, bigEndian);
             }
         }
-    return best > kImpossible ? bestType : 0;
+    // A best score at or below zero means no layout makes sense of the bytes (noise, or text).
+    return best > 0 ? bestType : 0;
 }
 
 bool restrictBinaryToInterval(const cBinaryBlock& block, unsigned layout, bool bigEndian, uint64_t stride,

@@ -22,7 +22,7 @@ struct cBinaryBlock {
 // Score of a layout over up to 20 rows: finite values, a monotone x of reasonable magnitude, and
 // a row count that fits the file (10 for an exact fit). Very negative when the layout can't be.
 int analyseBinaryData(const cBinaryBlock& block, unsigned layout, bool bigEndian);
-// The best of the six layouts as db type 7 to 12; 0 when none is plausible. allowed is a mask
+// The best of the six layouts as db type 7 to 12; 0 when none scores above zero. allowed is a mask
 // of layouts (bit per binary_layout).
 unsigned estimateEndianness(const cBinaryBlock& block, unsigned allowedLayouts);
 // Whole rows from position to the end of the file.
