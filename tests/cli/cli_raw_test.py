@@ -157,7 +157,14 @@ class RawFiles(unittest.TestCase):
     def test_dc_sweep_and_runs_appended_to_one_file(self):
         dc = simulate(self.dir, "dc_sweep.cir", "dc.raw")
         header, names, rows = read_binary(dc)[0]
+        # v2 steps over 0, 1, 2 while v1 sweeps 0 .. 1: a matrix of 3 cuts named by v(ref).
+        code, out, err = run("info", dc)
+        self.assertEqual(code, 0, err)
+        self.assertIn('sweep "v(ref)" [V] 3 points\n  sweep "%s" [V] 5 points' % names[0], out)
         got = dump(dc, "v(out)")
+        self.assertEqual(list(got.columns), ["v(ref)", names[0], "v(out)"])
+        np.testing.assert_array_equal(got.iloc[:, 0].to_numpy(), rows[:, names.index("v(ref)")])
+        np.testing.assert_array_equal(got.iloc[:, 1].to_numpy(), rows[:, 0])
         np.testing.assert_array_equal(got.iloc[:, -1].to_numpy(), rows[:, names.index("v(out)")])
         # Every value of the divider: (v1 + v2) / 2.
         np.testing.assert_allclose(rows[:, names.index("v(out)")],

@@ -291,16 +291,25 @@ void cCurvePlotParserNutmeg::setSectionProperties(cCurvePlotDataSection& section
     }
 }
 
+cCurvePlotDataSection* cCurvePlotParserNutmeg::openSection(cFileDbSupport& file, const cPlotHeader& header,
+                                                           unsigned stepIndex)
+{
+    const std::string name = header.plotName.empty() ? std::string("Plot") : header.plotName;
+    cCurvePlotDataSection* section = findExistingDataSectionOrCreateNewOne(file, name, stepIndex);
+    if (!section)
+        return nullptr;
+    section->setAnalysisType(name);
+    setSectionProperties(*section, header);
+    return section;
+}
+
 bool cCurvePlotParserNutmeg::commitPlot(cFileDbSupport& file, unsigned dbType, const cPlot& plot, const cRun& run,
                                         unsigned stepIndex)
 {
     const cPlotHeader& header = plot.header;
-    const std::string name = header.plotName.empty() ? std::string("Plot") : header.plotName;
-    cCurvePlotDataSection* section = findExistingDataSectionOrCreateNewOne(file, name, stepIndex);
+    cCurvePlotDataSection* section = openSection(file, header, stepIndex);
     if (!section)
         return false;
-    section->setAnalysisType(name);
-    setSectionProperties(*section, header);
     const bool binary = header.binary;
     const unsigned layout = layoutOfDbType(dbType);
     const bool complex = header.complex;
@@ -415,6 +424,8 @@ returnCode cCurvePlotParserNutmeg::parseFileImpl(bool isReload, const std::strin
                 return action_interrupted;
         }
         findRuns(text, dbType, plot);
+        if (plot.runs.size() == 1)
+            checkDefinesSweepMatix(text, dbType, plot);
         const bool complete = plot.complete;
         position = plot.end;
         plots.push_back(std::move(plot));
@@ -446,7 +457,9 @@ returnCode cCurvePlotParserNutmeg::parseFileImpl(bool isReload, const std::strin
         const std::string key = keyOf(plot);
         for (const cRun& run : plot.runs) {
             const unsigned step = occurrences[key] > 1 ? ++seen[key] : 0;
-            if (!commitPlot(file, dbType, plot, run, step))
+            const bool committed = plot.period ? defineSweepMatrix(file, text, dbType, plot, step)
+                                               : commitPlot(file, dbType, plot, run, step);
+            if (!committed)
                 return plots.size() > 1 ? partly_parsed : file_format_recognized;
         }
     }

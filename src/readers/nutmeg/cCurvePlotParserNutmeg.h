@@ -35,7 +35,10 @@ struct cPlot {
     // Ascii: one vector per variable, complex values as (re, im) pairs.
     std::vector<std::vector<double>> values;
     std::vector<cRun> runs;
-    unsigned stepIndex = 0;
+    // A sweep that repeats with this period (rows) makes a two-dimensional section; the curve
+    // that stays constant over each period names the outer sweep (none: its index does).
+    uint64_t period = 0;
+    uint64_t outerCurve = 0;  // variable index, 0 for none
 };
 
 }  // namespace curvePlotParserNutmeg
@@ -56,6 +59,8 @@ public:
 
 private:
     returnCode parseFileImpl(bool isReload, const std::string& name);
+    cCurvePlotDataSection* openSection(cFileDbSupport& file, const curvePlotParserNutmeg::cPlotHeader& header,
+                                       unsigned stepIndex);
     // The rows of an ascii block from plot.header.dataPosition on.
     void parseAsciiValues(const char* text, uint64_t size, curvePlotParserNutmeg::cPlot& plot);
     // The layout of a binary block: from the old sections on a reload, else guessed.
@@ -65,6 +70,14 @@ private:
     void findRuns(const char* text, unsigned dbType, curvePlotParserNutmeg::cPlot& plot);
     bool commitPlot(cFileDbSupport& file, unsigned dbType, const curvePlotParserNutmeg::cPlot& plot,
                     const curvePlotParserNutmeg::cRun& run, unsigned stepIndex);
+    // ---- Sweep matrices (nutmegSweepMatrix.cpp)
+    // The values of variable index over the plot's rows; complex ones as (re, im) pairs.
+    std::vector<double> readColumn(const char* text, unsigned dbType, const curvePlotParserNutmeg::cPlot& plot,
+                                   uint64_t index) const;
+    // A sweep of another unit than time or frequency that repeats: sets plot.period.
+    void checkDefinesSweepMatix(const char* text, unsigned dbType, curvePlotParserNutmeg::cPlot& plot);
+    bool defineSweepMatrix(cFileDbSupport& file, const char* text, unsigned dbType,
+                           const curvePlotParserNutmeg::cPlot& plot, unsigned stepIndex);
     const cCurvePlotDataType* typeFor(const curvePlotParserNutmeg::cTmpVar& variable, unsigned dataType);
     void reportInconsistentEntries();
     void setSectionProperties(cCurvePlotDataSection& section, const curvePlotParserNutmeg::cPlotHeader& header);
