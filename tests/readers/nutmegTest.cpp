@@ -304,3 +304,27 @@ TEST(Nutmeg, TransientReadWhileNgspiceWritesIt)
         std::printf("note: ngspice finished before the first read; the growth was not observed this time\n");
     }
 }
+
+TEST(Nutmeg, HierarchicalNamesMakeAnInstanceTree)
+{
+    cTempDir dir;
+    const std::string name = dir.write("tree.raw", header("Transient Analysis", {"time", "v(out)", "v(x1.m)", "v(x1.x2.q)", "v(x1.x2.r)", "i(v1)"}, 20) +
+                                                       rows(0, 20, 6, layout_double, false));
+    cReading reading;
+    ASSERT_EQ(reading.parse(name), ok) << reading.messages.text();
+    cCurvePlotDataSection& section = *reading.section(0);
+    section.createCurveHierarchy();
+    const cCurvePlotDataCurveHierarchy& root = section.getCurveHierarchy();
+    const cCurvePlotDataCurveHierarchy* x1 = nullptr;
+    for (const auto& child : root.getChildren())
+        if (child.getSimpleName() == "x1")
+            x1 = &child;
+    ASSERT_NE(x1, nullptr) << "an instance x1 under the section";
+    bool x2 = false;
+    for (const auto& child : x1->getChildren())
+        x2 = x2 || child.getSimpleName() == "x2";
+    std::string seen;
+    for (const auto& child : x1->getChildren())
+        seen += child.getSimpleName() + "/" + child.getFullName() + " ";
+    EXPECT_TRUE(x2) << "x2 inside x1; x1 has: " << seen << " curves " << x1->getCurveIndices().size();
+}
