@@ -328,3 +328,28 @@ TEST(Nutmeg, HierarchicalNamesMakeAnInstanceTree)
         seen += child.getSimpleName() + "/" + child.getFullName() + " ";
     EXPECT_TRUE(x2) << "x2 inside x1; x1 has: " << seen << " curves " << x1->getCurveIndices().size();
 }
+
+TEST(Nutmeg, FoundByExtensionAndByContentAndLeavesOtherFilesToTheNextReader)
+{
+    for (const char* name : {"a.raw", "b.RAW", "c.spi3", "d.spi3asc"})
+        EXPECT_EQ(cCurvePlotParser::guessPreferredParser(std::string("/nowhere/") + name), unsigned(curvePlotParser::nutmeg))
+            << name;
+    cTempDir dir;
+    // A raw file under a name that says nothing: its content decides.
+    const std::string text = "Title: t\nPlotname: Transient Analysis\nFlags: real\nNo. Variables: 2\nNo. Points: 3\n"
+                             "Variables:\n\t0\ttime\ttime\n\t1\tv(a)\tvoltage\nValues:\n"
+                             "0\t0.0\n\t1.0\n1\t1e-9\n\t2.0\n2\t2e-9\n\t3.0\n";
+    for (const char* name : {"plain.txt", "noextension", "sim.spi3asc"}) {
+        cReading reading;
+        ASSERT_EQ(reading.parse(dir.write(name, text)), ok) << name << reading.messages.text();
+        EXPECT_EQ(reading.section(0)->getFile()->getDbType(), unsigned(fileDbSupport::nutmeg_ascii_5));
+        EXPECT_EQ(reading.values(0, "v(a)"), (std::vector<double>{1.0, 2.0, 3.0}));
+        EXPECT_EQ(reading.values(0, ""), (std::vector<double>{0.0, 1e-9, 2e-9}));
+    }
+    // A table named like a raw file goes on to the table readers.
+    cReading table;
+    ASSERT_EQ(table.parse(dir.write("table.raw", "time,v\n0,1\n1,2\n2,3\n")), ok) << table.messages.text();
+    EXPECT_FALSE(checkEndiannessIsOk(table.section(0)->getFile()->getDbType()));
+    EXPECT_NE(table.section(0)->getFile()->getDbType(), unsigned(fileDbSupport::nutmeg_ascii_5));
+    EXPECT_EQ(table.values(0, "v"), (std::vector<double>{1.0, 2.0, 3.0}));
+}

@@ -140,7 +140,9 @@ void cCurvePlotParserNutmeg::parseAsciiValues(const char* text, uint64_t size, c
             skipBlanks(text, size, position);
             double re = 0, im = 0;
             full = parseNumber(text, size, position, re);
-            if (full && complex) {
+            // Complex files write the x axis as a pair too; a real one is taken as it is.
+            const bool pair = complex && (v > 0 || (position < size && text[position] == ','));
+            if (full && pair) {
                 full = position < size && text[position] == ',';
                 ++position;
                 full = full && parseNumber(text, size, position, im);
