@@ -243,6 +243,24 @@ TEST(Nutmeg, GrowingFileReloadShowsNewRowsAndDropsAHalfRow)
     EXPECT_EQ(reading.section(0)->getVariable(a).getVectorSize(), 161u);
 }
 
+TEST(Nutmeg, GrowingAsciiFileReloadKeepsTheSection)
+{
+    cTempDir dir;
+    const std::string head = "Title: t\nPlotname: Transient Analysis\nFlags: real\nNo. Variables: 2\nNo. Points: 0\n"
+                             "Variables:\n\t0\ttime\ttime\n\t1\tv(a)\tvoltage\nValues:\n";
+    const std::string name = dir.write("grow_ascii.raw", head + "0\t0.0\n\t1.0\n1\t1e-9\n\t2.0\n");
+    cReading reading;
+    ASSERT_EQ(reading.parse(name), ok) << reading.messages.text();
+    const uint64_t id = reading.section(0)->getSectionId();
+    // A row and half of the next: the half row is left out, with a message.
+    dir.append("grow_ascii.raw", "2\t2e-9\n\t3.0\n3\t3e-9\n");
+    ASSERT_EQ(reading.parser.reloadFile(reading.store, name, ""), partly_parsed) << reading.messages.text();
+    EXPECT_TRUE(reading.messages.contains("Nutmeg Parser : skipping inconsistent entries."));
+    EXPECT_EQ(reading.section(0)->getSectionId(), id);
+    EXPECT_EQ(reading.values(0, "v(a)"), (std::vector<double>{1.0, 2.0, 3.0}));
+    EXPECT_EQ(reading.values(0, ""), (std::vector<double>{0.0, 1e-9, 2e-9}));
+}
+
 TEST(Nutmeg, TransientReadWhileNgspiceWritesIt)
 {
     if (::access("/usr/bin/ngspice", X_OK) != 0)

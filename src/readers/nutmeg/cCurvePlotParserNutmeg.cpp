@@ -172,10 +172,10 @@ void cCurvePlotParserNutmeg::parseAsciiValues(const char* text, uint64_t size, c
 
 // ---------------------------------------------------------------- binary
 
-unsigned cCurvePlotParserNutmeg::chooseBinaryDbType(const cPlot& plot, const char* text, uint64_t size)
+unsigned cCurvePlotParserNutmeg::chooseBinaryDbType(bool isReload, const cPlot& plot, const char* text, uint64_t size)
 {
     // A file whose start was understood stays understood: the layout of the old sections holds.
-    if (checkIsReload() && dbSupport() && checkEndiannessIsOk(dbSupport()->getDbType())) {
+    if (isReload && dbSupport() && checkEndiannessIsOk(dbSupport()->getDbType())) {
         const bool big = checkReloadSectionsAreBigEndian();
         unsigned layout = layoutOfDbType(dbSupport()->getDbType());
         if (!getReloadSections().empty() && getReloadSections().front()->getNbOfVariables() > 0) {
@@ -200,7 +200,7 @@ unsigned cCurvePlotParserNutmeg::chooseBinaryDbType(const cPlot& plot, const cha
     return estimateEndianness(block, allowed);
 }
 
-bool cCurvePlotParserNutmeg::readBinaryPlot(const char* text, uint64_t size, unsigned dbType, cPlot& plot)
+void cCurvePlotParserNutmeg::readBinaryPlot(const char* text, uint64_t size, unsigned dbType, cPlot& plot)
 {
     const unsigned layout = layoutOfDbType(dbType);
     const bool big = fileDbSupport::checkIsBigEndian(dbType);
@@ -232,7 +232,6 @@ bool cCurvePlotParserNutmeg::readBinaryPlot(const char* text, uint64_t size, uns
             warnMsg("Nutmeg Parser : failed to restict data to interval.");
         }
     }
-    return true;
 }
 
 void cCurvePlotParserNutmeg::findRuns(const char* text, unsigned dbType, cPlot& plot)
@@ -369,7 +368,6 @@ bool cCurvePlotParserNutmeg::commitPlot(cFileDbSupport& file, unsigned dbType, c
 
 returnCode cCurvePlotParserNutmeg::parseFileImpl(bool isReload, const std::string& name)
 {
-    (void)isReload;
     registerLoaders();
     mInconsistentMessages = 0;
     cVxMemoryFile mapped;
@@ -407,7 +405,7 @@ returnCode cCurvePlotParserNutmeg::parseFileImpl(bool isReload, const std::strin
                 break;
             }
             if (dbType == 0)
-                dbType = chooseBinaryDbType(plot, text, size);
+                dbType = chooseBinaryDbType(isReload, plot, text, size);
             if (dbType == 0) {
                 errorMsg("Nutmeg Parser : the binary values fit none of the known layouts.");
                 partial = true;

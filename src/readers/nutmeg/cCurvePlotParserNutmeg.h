@@ -64,8 +64,10 @@ private:
     // The rows of an ascii block from plot.header.dataPosition on.
     void parseAsciiValues(const char* text, uint64_t size, curvePlotParserNutmeg::cPlot& plot);
     // The layout of a binary block: from the old sections on a reload, else guessed.
-    unsigned chooseBinaryDbType(const curvePlotParserNutmeg::cPlot& plot, const char* text, uint64_t size);
-    bool readBinaryPlot(const char* text, uint64_t size, unsigned dbType, curvePlotParserNutmeg::cPlot& plot);
+    unsigned chooseBinaryDbType(bool isReload, const curvePlotParserNutmeg::cPlot& plot, const char* text,
+                                uint64_t size);
+    // Rows, their position and stride, the x interval of the open options.
+    void readBinaryPlot(const char* text, uint64_t size, unsigned dbType, curvePlotParserNutmeg::cPlot& plot);
     // Where the x values restart (several runs written as one plot).
     void findRuns(const char* text, unsigned dbType, curvePlotParserNutmeg::cPlot& plot);
     bool commitPlot(cFileDbSupport& file, unsigned dbType, const curvePlotParserNutmeg::cPlot& plot,
