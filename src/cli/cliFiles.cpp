@@ -127,8 +127,10 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
     }
     // Values that stay in the file until asked for: the x axes and the curve.
     cVxLogger logger;
+    cCurvePlotVariable& values = const_cast<cCurvePlotVariable&>(*curve);
     if (section.loadSweepVariablesFromDb(logger) != ok ||
-        const_cast<cCurvePlotVariable*>(curve)->loadDataFromDb(logger, &section, index, index == cCurvePlotDataSection::npos) != ok) {
+        (!values.checkHasStorage() &&
+         values.loadDataFromDb(logger, &section, index, index == cCurvePlotDataSection::npos) != ok)) {
         err << "zelwave-cli dump: the values of \"" << curve->name() << "\" can't be loaded\n";
         return 1;
     }

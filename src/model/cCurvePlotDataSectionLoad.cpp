@@ -8,7 +8,8 @@ returnCode cCurvePlotDataSection::loadSweepVariablesFromDb(const cVxLogger& logg
     returnCode result = ok;
     for (uint64_t i = 0; i < mSweepVariables.size(); ++i) {
         cCurvePlotSweepVariable& sweep = mSweepVariables[i];
-        if (!sweep.checkDbSupportActive() || !sweep.checkNeedsLoading())
+        // Values a reader put in memory stay as they are.
+        if (!sweep.checkDbSupportActive() || !sweep.checkNeedsLoading() || sweep.checkHasStorage())
             continue;
         if (sweep.loadDataFromDb(logger, this, i, true) != ok)
             result = failed;
