@@ -316,6 +316,21 @@ TEST(Nutmeg, TransientReadWhileNgspiceWritesIt)
     EXPECT_EQ(out, want);
     // What was read while ngspice wrote is the start of the finished curve.
     EXPECT_TRUE(std::equal(earlyOut.begin(), earlyOut.end(), want.begin()));
+    // All curves in one pass over the rows give the same values as one by one.
+    cCurvePlotDataSection& all = *fresh.section(0);
+    std::vector<uint64_t> indices;
+    for (uint64_t i = 0; i < all.getNbOfVariables(); ++i) {
+        all.getVariable(i).releaseDb();
+        indices.push_back(i);
+    }
+    cRecordingLogger reasons;
+    logger.setLoggerCallBack(&reasons);
+    ASSERT_EQ(cCurvePlotVariable::loadDataFromDbParallel(logger, all, indices, 2), ok) << reasons.text();
+    logger.setLoggerCallBack(nullptr);
+    const cCurvePlotVariable& parallel = all.getVariable(all.findVariableIndex("v(out)"));
+    ASSERT_EQ(parallel.getVectorSize(), total);
+    for (uint64_t i = 0; i < total; i += 997)
+        ASSERT_EQ(parallel.getDoubleValue(i), want[i]) << i;
     std::printf("read %llu rows while ngspice wrote, %llu after it finished\n", (unsigned long long)early,
                 (unsigned long long)total);
     if (finished) {
