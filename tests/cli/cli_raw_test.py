@@ -235,6 +235,12 @@ class RawFiles(unittest.TestCase):
         code, out, err = run("info", write("fewer.raw", fewer))
         self.assertEqual(code, 0, err)
         self.assertIn('sweep "time" [Second] %d points' % len(rows), out)
+        # An absurd count in an ascii header sizes nothing: the rows decide.
+        text_path = simulate(self.dir, "rc_tran.cir", "tran_ascii.raw", ascii=True)
+        absurd = re.sub(r"No\. Points:\s*\d+", "No. Points: 999999999999", slurp(text_path, "r"), count=1)
+        code, out, err = run("info", write("absurd.raw", absurd.encode()))
+        self.assertEqual(code, 0, err)
+        self.assertIn('sweep "time" [Second] %d points' % len(rows), out)
         # An ascii row without its last value, and a complex value without its comma.
         text = slurp(simulate(self.dir, "rc_tran.cir", "tran_ascii.raw", ascii=True), "r")
         lines = text.splitlines(keepends=True)

@@ -1,5 +1,6 @@
 #include "readers/nutmeg/cCurvePlotParserNutmeg.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <map>
@@ -113,9 +114,13 @@ void cCurvePlotParserNutmeg::parseAsciiValues(const char* text, uint64_t size, c
     const cCurvePlotParserOpenFileOptions& open = options().openFileOptions();
     const bool restricted = open.checkFirstXAxisValueIsDefined() || open.checkLastXAxisValueIsDefined();
     plot.values.assign(count, {});
-    if (plot.header.nbOfPoints > 0 && !restricted)
+    // The header's count only sizes the vectors, and never beyond what the rest of the file can hold.
+    if (plot.header.nbOfPoints > 0 && !restricted) {
+        const uint64_t fit = (size - std::min(size, plot.header.dataPosition)) / (2 * count) + 1;
+        const uint64_t rows = std::min(static_cast<uint64_t>(plot.header.nbOfPoints), fit);
         for (std::vector<double>& column : plot.values)
-            column.reserve(static_cast<size_t>(plot.header.nbOfPoints) * (complex ? 2 : 1));
+            column.reserve(static_cast<size_t>(rows) * (complex ? 2 : 1));
+    }
     std::vector<double> row(count * 2);
     uint64_t position = plot.header.dataPosition;
     while (true) {
