@@ -182,6 +182,26 @@ class RawFiles(unittest.TestCase):
             np.testing.assert_array_equal(got.iloc[:, 0].to_numpy(), rows[:, 0])
             np.testing.assert_array_equal(got.iloc[:, 1].to_numpy(), rows[:, names.index("v(out)")])
 
+    def test_several_analyses_and_every_cut_of_the_file(self):
+        for ascii in (False, True):
+            path = simulate(self.dir, "three_analyses.cir", "three_%d.raw" % ascii, ascii=ascii)
+            code, out, err = run("info", path)
+            self.assertEqual(code, 0, err)
+            self.assertIn("3 sections", out)
+            for name in ("AC Analysis", "DC transfer characteristic", "Transient Analysis"):
+                self.assertIn(name, out)
+            # Cut anywhere, the file opens with what it holds or is refused: never a crash.
+            data = slurp(path)
+            step = max(1, len(data) // 80)
+            for size in list(range(1, len(data), step)) + [len(data) - 1]:
+                cut = self.path("cut.raw")
+                with open(cut, "wb") as f:
+                    f.write(data[:size])
+                code, out, err = run("info", cut)
+                self.assertIn(code, (0, 1), "cut at %d of %d: %s" % (size, len(data), err))
+                if code == 0 and size < len(data) - 1:
+                    self.assertIn("(read partially)", out, "cut at %d" % size)
+
     def test_float_and_big_endian_copies_load_to_their_precision(self):
         binary = simulate(self.dir, "rc_tran.cir", "tran.raw")
         header, names, rows = read_binary(binary)[0]

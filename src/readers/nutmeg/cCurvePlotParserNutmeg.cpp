@@ -126,8 +126,13 @@ void cCurvePlotParserNutmeg::parseAsciiValues(const char* text, uint64_t size, c
     while (true) {
         skipBlanks(text, size, position);
         plot.end = position;
-        if (position >= size)
+        if (position >= size) {
+            // The end of the file before the rows the header announces: a file still being written.
+            if (!restricted && plot.header.nbOfPoints > 0 &&
+                static_cast<uint64_t>(plot.header.nbOfPoints) > plot.values.front().size())
+                plot.complete = false;
             return;
+        }
         const char c = text[position];
         if (c < '0' || c > '9') {
             // The next plot, or something that isn't a row.
