@@ -55,8 +55,10 @@ bool readOptions(const std::vector<std::string>& arguments, cFileOptions& option
                 options.reader = curvePlotParser::tecplot;
             else if (name == "vcd")
                 options.reader = curvePlotParser::vcd;
+            else if (name == "nutmeg")
+                options.reader = curvePlotParser::nutmeg;
             else {
-                err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot, vcd)\n";
+                err << "zelwave-cli: unknown reader \"" << name << "\" (csv, fast, slow, html, tecplot, vcd, nutmeg)\n";
                 return false;
             }
         } else if (argument == "--read-all") {

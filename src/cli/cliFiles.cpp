@@ -72,20 +72,18 @@ int runInfo(const std::vector<std::string>& arguments, std::ostream& out, std::o
             }
             for (uint64_t k = 0; k < section.getNbOfSweepVariables(); ++k) {
                 const cCurvePlotSweepVariable& sweep = section.getSweepVariable(k);
+                // Values still in the file are counted, not loaded.
+                const uint64_t points =
+                    sweep.checkDbSupportActive() && sweep.checkNeedsLoading() ? sweep.getDbSize() : sweep.getVectorSize();
                 out << "  sweep \"" << sweep.name() << "\" [" << unitOf(sweep.getType()) << "] "
-                    << sweep.getVectorSize() << " points\n";
+                    << points << " points\n";
             }
             for (uint64_t c = 0; c < section.getNbOfVariables(); ++c) {
                 const cCurvePlotVariable& curve = section.getVariable(c);
                 if (curve.checkMustClose())
                     continue;
-                // Values still in the file count as the file's reader counted them.
-                const uint64_t points =
-                    curve.checkNeedsLoading() && curve.checkDbSupportActive() && !curve.checkHasStorage()
-                        ? curve.getDbSize()
-                        : curve.getVectorSize();
-                out << "  curve \"" << curve.name() << "\" [" << unitOf(curve.getType()) << "] " << points
-                    << " points";
+                out << "  curve \"" << curve.name() << "\" [" << unitOf(curve.getType()) << "] "
+                    << section.getVariableValueCount(c) << " points";
                 if (curve.getType() && curve.getType()->checkIsComplex())
                     out << ", complex";
                 if (curve.getType() && curve.getType()->checkIsEnum())
@@ -169,10 +167,12 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         return 1;
     }
     const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
+    // Values that stay in the file until asked for: the x axes and the curve.
     cVxLogger logger;
-    // Values that stayed in the file (or were never in memory) are loaded first.
-    if (!sweepCurve && curve->checkNeedsLoading() && !curve->checkHasStorage() &&
-        const_cast<cCurvePlotVariable*>(curve)->loadDataFromDb(logger, &section, index) != ok) {
+    cCurvePlotVariable& values = const_cast<cCurvePlotVariable&>(*curve);
+    if (section.loadSweepVariablesFromDb(logger) != ok ||
+        (!values.checkHasStorage() &&
+         values.loadDataFromDb(logger, &section, index, index == cCurvePlotDataSection::npos) != ok)) {
         err << "zelwave-cli dump: the values of \"" << curve->name() << "\" can't be loaded\n";
         return 1;
     }
@@ -224,7 +224,9 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
                 out << number(section.getSweepValue(k, sweepIndices[k])) << ',';
             out << number(sweeps ? section.getSweepValue(sweeps - 1, i) : static_cast<double>(i)) << ',';
             if (complex) {
-                const std::complex<double> value = curve->doubleComplexValues()[at];
+                const std::complex<double> value = curve->getDataType() == curvePlotProperties::float_complex
+                                                       ? std::complex<double>(curve->floatComplexValues()[at])
+                                                       : curve->doubleComplexValues()[at];
                 out << number(value.real()) << ',' << number(value.imag()) << '\n';
             } else if (curve == sweepCurve) {
                 out << number(section.getSweepValue(sweepIndex, at)) << '\n';
@@ -242,7 +244,8 @@ void addFileSubcommands(cCliTool& tool)
 {
     const std::string options =
         "Options:\n"
-        "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot, vcd;\n"
+        "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot,\n"
+        "               vcd, nutmeg;\n"
         "               by default the file's name and content decide\n"
         "  --verbose    also print the readers' informations (to standard error)\n"
         "  --read-all   read every value when opening (large value change dumps otherwise keep\n"

@@ -20,7 +20,8 @@ using namespace cliFiles;
 
 const char* kValueOptions =
     "Options:\n"
-    "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot, vcd\n"
+    "  --reader R   read with one reader only: csv (fast, then slow), fast, slow, html, tecplot,\n"
+    "               vcd, nutmeg\n"
     "  --section N  the section, counting from 0 (default 0)\n"
     "  --verbose    also print the readers' informations (to standard error)\n";
 
@@ -41,7 +42,8 @@ bool curveVectors(const std::string& subcommand, std::ostream& err, cCurveChoice
 {
     cCurvePlotVariable& curve = const_cast<cCurvePlotVariable&>(*choice.curve);
     cVxLogger logger;
-    if (!choice.isSweep && curve.loadDataFromDb(logger, choice.section, choice.index) != ok) {
+    if (choice.section->loadSweepVariablesFromDb(logger) != ok ||
+        (!choice.isSweep && curve.loadDataFromDb(logger, choice.section, choice.index) != ok)) {
         err << "zelwave-cli " << subcommand << ": the values of \"" << curve.name() << "\" can't be loaded\n";
         return false;
     }

@@ -193,6 +193,11 @@ public:
     void balanceParameterizedCurves();
     // Extremes of every loaded curve that has none yet; returns how many were computed.
     uint64_t computeMinMaxValuesOfLoadedCurves();
+    // Loads the sweep (x-axis) variables that stay in the file until asked for
+    // (cCurvePlotDataSectionLoad.cpp). ok when all are in memory afterwards.
+    returnCode loadSweepVariablesFromDb(const cVxLogger& logger);
+    // The number of values of a curve: in memory, or in the file when not loaded yet.
+    uint64_t getVariableValueCount(uint64_t index) const;
 
     // ---- Instance tree of the curve names; its root is the section.
     const cCurvePlotDataCurveHierarchy& getCurveHierarchy() const { return mCurveHierarchy; }

@@ -5,6 +5,7 @@
 #include "readers/cCurvePlotParser.h"
 #include "readers/cCurvePlotParserStandIns.h"
 #include "readers/html/cCurvePlotParserHtmlData.h"
+#include "readers/nutmeg/cCurvePlotParserNutmeg.h"
 #include "readers/tabulated/cCurvePlotParserTabulatedData.h"
 #include "readers/tabulated/cCurvePlotTabulatedParserFast.h"
 #include "readers/tecplot/cCurvePlotParserTecPlotAscii.h"

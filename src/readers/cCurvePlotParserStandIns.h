@@ -22,11 +22,6 @@ public:
     returnCode detectFileType(const std::string&, cCurvePlotParserOpenFileOptions&) { return failed; }
 };
 
-class cCurvePlotParserNutmeg : public cCurvePlotParserStandIn {
-public:
-    using cCurvePlotParserStandIn::cCurvePlotParserStandIn;
-};
-
 class cCurvePlotParserPWF : public cCurvePlotParserStandIn {
 public:
     using cCurvePlotParserStandIn::cCurvePlotParserStandIn;

@@ -1,5 +1,7 @@
 #include "readers/cStridedBinaryDbLoader.h"
 
+#include <algorithm>
+
 #include "model/cCurvePlotVariable.h"
 #include "model/cFileDbSupport.h"
 #include "readers/scan/cCurvePlotParserBin.h"
@@ -113,6 +115,17 @@ int cStridedBinaryDbLoader::loadSeveral(std::vector<cCurveLoadRequest*>& request
         count = size;
         base = std::min(base, position);
     }
+    // The row window ends where the last requested column ends: a window starting at the first
+    // column would reach past the end of the file by the columns before it (the x axis, say).
+    uint64_t lastEnd = 0;
+    for (cCurveLoadRequest* request : requests) {
+        uint64_t position = 0, size = 0;
+        request->variable.getDbEntry(0, position, size);
+        lastEnd = std::max(lastEnd, position + valueWidth(request->dataType));
+    }
+    oneLayout = oneLayout && lastEnd - base <= stride;
+    if (oneLayout)
+        base = lastEnd > stride ? lastEnd - stride : 0;
     std::vector<stridedColumns::cColumn> columns;
     for (cCurveLoadRequest* request : requests) {
         if (!oneLayout)
