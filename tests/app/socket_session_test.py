@@ -10,6 +10,25 @@ import time
 import unittest
 
 PROGRAM = None
+DEADLINE = 30  # seconds: a loaded machine only makes a wait longer, never a test red
+
+
+def wait_until(condition, seconds=DEADLINE, pause=0.02):
+    """Polls condition until it holds or the deadline passes; returns its last value."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value or time.monotonic() >= end:
+            return value
+        time.sleep(pause)
+
+
+def read_text(path):
+    try:
+        with open(path, encoding="utf-8", errors="replace") as f:
+            return f.read()
+    except FileNotFoundError:
+        return ""
 
 
 class Peer:
@@ -20,7 +39,7 @@ class Peer:
         self.listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
         self.listener.bind(("127.0.0.1", 0))
         self.listener.listen(1)
-        self.listener.settimeout(30)
+        self.listener.settimeout(DEADLINE)
         port = self.listener.getsockname()[1]
         self.log = os.path.join(workdir, "session.log")
         env = dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=workdir)
@@ -28,7 +47,9 @@ class Peer:
             [PROGRAM, "--socket", "127.0.0.1", str(port), "--log", self.log, "6", *extra],
             cwd=workdir, env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.connection, _ = self.listener.accept()
-        self.connection.settimeout(30)
+        self.connection.settimeout(DEADLINE)
+        # Each send goes out as it is made, so that a line sent in pieces arrives in pieces.
+        self.connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self.pending = b""
 
     def line(self):
@@ -45,16 +66,10 @@ class Peer:
         return self.line()
 
     def log_text(self):
-        with open(self.log, encoding="utf-8", errors="replace") as f:
-            return f.read()
+        return read_text(self.log)
 
-    def wait_for_log(self, text, seconds=10):
-        end = time.time() + seconds
-        while time.time() < end:
-            if text in self.log_text():
-                return True
-            time.sleep(0.05)
-        return False
+    def wait_for_log(self, text, seconds=DEADLINE):
+        return wait_until(lambda: text in self.log_text(), seconds)
 
     def close(self):
         try:
@@ -82,6 +97,12 @@ class SocketSession(unittest.TestCase):
     def path(self, name):
         return os.path.join(self.dir.name, name)
 
+    def assertRunsOn(self, peer):
+        # An exit would come right after the socket closed: a second of watching sees it. On a
+        # slow machine this can only miss a wrong exit, never fail a right one.
+        with self.assertRaises(subprocess.TimeoutExpired, msg="the program runs on"):
+            peer.process.wait(1.0)
+
     def write(self, name, text):
         with open(self.path(name), "w") as f:
             f.write(text)
@@ -102,15 +123,15 @@ class SocketSession(unittest.TestCase):
         # wait holds the queue: what follows is queued, and runs when the wait is over.
         self.assertEqual(p.ask("wait 0.2"), "0")
         self.assertEqual(p.ask("add_section later"), "2")
-        time.sleep(0.5)
-        self.assertEqual(p.ask("get_number_of_sections"), '0 "3"')
+        # Asked again until the wait is over: "2" while queued, then the count with "later" in it.
+        answer = wait_until(lambda: (lambda reply: reply if reply != "2" else None)(p.ask("get_number_of_sections")))
+        self.assertEqual(answer, '0 "3"')
 
     def test_segments(self):
         p = self.peer
         p.connection.sendall(b"add_section a\nget_number_of_sections\nget_section_name 0\n")
         self.assertEqual([p.line(), p.line(), p.line()], ["0", '0 "1"', '0 "a"'], "replies in order")
         p.connection.sendall(b"get_number_")
-        time.sleep(0.05)
         p.connection.sendall(b"of_sections\n")
         self.assertEqual(p.line(), '0 "1"', "a line sent in two pieces is joined")
         p.connection.sendall(b"\x00\xff\xfe binary \x01\x02\n")
@@ -131,12 +152,12 @@ class SocketSession(unittest.TestCase):
         self.assertEqual(p.ask("add_section kept"), "0")
         self.assertEqual(p.ask("shut_down_interactive_socket"), "0")
         self.assertEqual(p.connection.recv(16), b"", "the viewer closes the socket")
-        time.sleep(0.3)
-        self.assertIsNone(p.process.poll(), "the program runs on")
+        self.assertRunsOn(p)
 
     def test_a_silent_peer_costs_nothing(self):
         p = self.peer
-        time.sleep(1.0)  # five read timeouts go by without a word from the peer
+        # The silence is the input here, not a wait: five read timeouts of the viewer go by.
+        time.sleep(1.0)
         self.assertIsNone(p.process.poll())
         self.assertEqual(p.ask("get_number_of_sections"), '0 "0"')
         self.assertNotIn(" - E - ", p.log_text(), "waiting is not an error")
@@ -148,8 +169,7 @@ class SocketSession(unittest.TestCase):
         p.connection.close()
         self.assertTrue(p.wait_for_log("Interactive Mode: Socket read error."), p.log_text())
         self.assertTrue(p.wait_for_log("Exitting interactive socket mode."))
-        time.sleep(0.3)
-        self.assertIsNone(p.process.poll(), "the program runs on")
+        self.assertRunsOn(p)
 
     def test_command_files_nest_and_record(self):
         p = self.peer
@@ -208,16 +228,15 @@ class Connecting(unittest.TestCase):
                                        cwd=workdir, env=env, stdout=subprocess.DEVNULL,
                                        stderr=subprocess.DEVNULL)
             try:
-                time.sleep(0.8)
-                with open(log) as f:
-                    self.assertIn("Interactive Mode: Failed to connect to socket ( ip = localhost", f.read())
+                failed = "Interactive Mode: Failed to connect to socket ( ip = localhost"
+                self.assertTrue(wait_until(lambda: failed in read_text(log)), read_text(log))
                 listener = socket.socket()
                 listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
                 listener.bind(("127.0.0.1", port))
                 listener.listen(1)
-                listener.settimeout(20)
+                listener.settimeout(DEADLINE)
                 connection, _ = listener.accept()
-                connection.settimeout(20)
+                connection.settimeout(DEADLINE)
                 self.assertEqual(connection.recv(16), b"0\n")
                 connection.sendall(b"get_number_of_sections\n")
                 self.assertEqual(connection.recv(64), b'0 "0"\n')
