@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """The interactive socket as a listening tool sees it: the viewer connects to us, says it is
 ready, and answers every command line with "0", "1" or "2" and its values."""
+import csv
+import math
 import os
 import socket
 import subprocess
@@ -200,6 +202,68 @@ class SocketSession(unittest.TestCase):
         self.assertEqual(p.ask("execute_command_file rec.cmd"), "0")
         self.assertEqual(p.ask("get_number_of_sections"), '0 "2"')
         self.assertEqual(p.ask("get_curve_name inner 0"), '0 "i(r1)"')
+
+    def test_compare_csv_files(self):
+        p = self.peer
+        header = ["time", "v(a, b)", "note"]
+        rows = [[0.0, 1.0, "plain"], [1e-9, 0.0, 'say "hi"'], [2e-9, 1e20, "a;b, c"], [3e-9, -2.5, "tab\there"]]
+
+        def write(name, table, **style):
+            with open(self.path(name), "w", newline="") as f:
+                csv.writer(f, **style).writerows(table)
+
+        def first_difference(a, b):
+            """Python's csv module and math.isclose: None when the files agree, else a message."""
+            with open(self.path(a), newline="") as f:
+                left = list(csv.reader(f, delimiter=sniff(a)))
+            with open(self.path(b), newline="") as f:
+                right = list(csv.reader(f, delimiter=sniff(b)))
+            if len(left) != len(right):
+                return "The files have a different number of lines."
+            for number, (x, y) in enumerate(zip(left, right), 1):
+                if len(x) != len(y):
+                    return "Line %d has a different number of columns." % number
+                for column, (u, v) in enumerate(zip(x, y), 1):
+                    if u.strip() == v.strip():
+                        continue
+                    try:
+                        if math.isclose(float(u), float(v), rel_tol=1e-9, abs_tol=1e-10):
+                            continue
+                    except ValueError:
+                        pass
+                    return 'Line %d, column %d: "%s" differs from "%s".' % (number, column, u.strip(), v.strip())
+            return None
+
+        def sniff(name):
+            with open(self.path(name)) as f:
+                return ";" if f.readline().count(";") > 1 else ","
+
+        write("a.csv", [header] + rows)
+        # The same table quoted throughout, with noise below the tolerances: relative 1e-9, and
+        # 1e-10 absolute around zero.
+        noisy = [[r[0] * (1 + 1e-12), r[1] + (5e-11 if r[1] == 0 else r[1] * 3e-10), r[2]] for r in rows]
+        write("same.csv", [header] + noisy, quoting=csv.QUOTE_ALL, lineterminator="\r\n")
+        write("semicolon.csv", [header] + rows, delimiter=";")
+        far = [list(r) for r in rows]
+        far[2][1] = 1e20 * (1 + 1e-6)
+        write("far.csv", [header] + far)
+        quote = [list(r) for r in rows]
+        quote[1][2] = "say hi"
+        write("quote.csv", [header] + quote)
+        write("wide.csv", [header] + rows[:2] + [rows[2] + [7]] + rows[3:])
+        write("long.csv", [header] + rows + [rows[0]])
+        for other, same in (("same.csv", True), ("semicolon.csv", True), ("far.csv", False),
+                            ("quote.csv", False), ("wide.csv", False), ("long.csv", False)):
+            expected = first_difference("a.csv", other)
+            self.assertEqual(expected is None, same, "the oracle agrees with the case: %s" % other)
+            answer = p.ask('compare_csv_files "%s" "%s"' % (self.path("a.csv"), self.path(other)))
+            self.assertEqual(answer, "0" if same else "1", other)
+            if same:
+                self.assertTrue(p.wait_for_log('File comparison for "%s" succeeded.' % self.path("a.csv")))
+            else:
+                self.assertTrue(p.wait_for_log(expected), "%s: %s\n%s" % (other, expected, p.log_text()))
+        self.assertEqual(p.ask('compare_csv_files "%s" "%s"' % (self.path("a.csv"), self.path("none.csv"))), "1")
+        self.assertTrue(p.wait_for_log('Could not open "%s".' % self.path("none.csv")))
 
     def test_recording_limit(self):
         p = self.peer
