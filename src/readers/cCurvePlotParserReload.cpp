@@ -261,6 +261,11 @@ returnCode cCurvePlotParser::reload(cCurvePlotDataFile& store, cFileDbSupport& f
             what = std::string("The ") + entry.word + " file \"" + name + "\"";
             code = withReader(entry.parserType, store,
                               [&](auto& reader) { return reloadFromFile(reader, store, file); });
+            // A table that has grown into one the fast reader hands over (runs, an axis to clean)
+            // goes to the slow reader, as it would when the file is opened.
+            if (entry.parserType == tabulated_fast && code == failed)
+                code = withReader(tabulated_slow, store,
+                                  [&](auto& reader) { return reloadFromFile(reader, store, file); });
             break;
         }
     }

@@ -272,6 +272,21 @@ TEST(TableCorners, TheXIntervalOfARead)
             EXPECT_EQ(reading.values(0, "w"), expected(interval.first, interval.last, 2)) << what;
         }
     }
+
+    // The interval belongs to the open file: a reload, whoever asks for it, keeps to it.
+    for (unsigned reader : {unsigned(tabulated_fast), unsigned(tabulated_slow)}) {
+        const std::string grown = dir.write("grown.csv", text);
+        cReading reading;
+        reading.parser.setForcedParserType(reader);
+        reading.parser.openFileOptions().setFirstXAxisValue(10.25);
+        reading.parser.openFileOptions().setLastXAxisValue(20.0);
+        ASSERT_EQ(reading.parse(grown), ok) << reading.messages.text();
+        dir.append("grown.csv", "50,1,2\n60,3,4\n");
+        cCurvePlotParser other;
+        ASSERT_EQ(other.reloadFile(reading.store, grown, ""), ok) << reader;
+        EXPECT_EQ(reading.values(0, ""), expected(10.25, 20.0, 0)) << reader << ": the new rows lie outside";
+        EXPECT_EQ(reading.values(0, "v"), expected(10.25, 20.0, 1)) << reader;
+    }
 }
 
 TEST(TableCorners, AxisCleaningKeepsEachYWithItsX)
@@ -306,6 +321,24 @@ TEST(TableCorners, AxisCleaningKeepsEachYWithItsX)
         EXPECT_TRUE(reading.messages.contains(
             "CSV File : forcing increasing x-axis values, 2 lines were removed (the first removed row was 162)"))
             << reading.messages.text();
+    }
+
+    // A clean table, read by the fast reader, grows a late row: the reload cleans it as a first
+    // read of the grown file would.
+    text = "t,v\n";
+    for (int i = 0; i < 100; ++i)
+        text += std::to_string(i) + "," + std::to_string(i) + "\n";
+    const std::string growing = dir.write("growing.csv", text);
+    {
+        cReading reading;
+        ASSERT_EQ(reading.parse(growing), ok);
+        ASSERT_EQ(reading.store.dbFile(0)->getDbType(), fileDbSupport::csv) << "the fast reader read it";
+        dir.append("growing.csv", "100,100\n101,101\n42.5,-1\n102,102\n");
+        ASSERT_EQ(reading.parser.reloadFile(reading.store, growing, ""), ok) << reading.messages.text();
+        const std::vector<double> t = reading.values(0, ""), v = reading.values(0, "v");
+        ASSERT_EQ(t.size(), 103u) << reading.messages.text();
+        EXPECT_EQ(t, v) << "the late row is gone and each y stays with its x";
+        EXPECT_EQ(t.back(), 102.0);
     }
 
     // More than 1 % of the rows go back (10 in 300): that is data of its own, kept as written.
