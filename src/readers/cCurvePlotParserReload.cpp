@@ -261,6 +261,11 @@ returnCode cCurvePlotParser::reload(cCurvePlotDataFile& store, cFileDbSupport& f
             what = std::string("The ") + entry.word + " file \"" + name + "\"";
             code = withReader(entry.parserType, store,
                               [&](auto& reader) { return reloadFromFile(reader, store, file); });
+            // A table that has grown into one the fast reader hands over (runs, an axis to clean)
+            // goes to the slow reader, as it would when the file is opened.
+            if (entry.parserType == tabulated_fast && code == failed)
+                code = withReader(tabulated_slow, store,
+                                  [&](auto& reader) { return reloadFromFile(reader, store, file); });
             break;
         }
     }
@@ -289,8 +294,18 @@ returnCode cCurvePlotParser::reloadFile(cCurvePlotDataFile& store, const std::st
         logger().errorMsg("The file \"" + name + "\" was not found in the list of open files.");
         return failed;
     }
-    if (!newName.empty() && newName != file->fileName())
+    if (!newName.empty() && newName != file->fileName()) {
+        const std::string oldBase = file->baseName();
         file->setFileName(resolveFileName(newName));
+        // Sections named after the file (tables are) follow its new name, so that the reload
+        // finds them again instead of adding new ones beside them.
+        const std::string& newBase = file->baseName();
+        for (cCurvePlotDataSection* section : getListOfAssociatedSections(store, *file)) {
+            const std::string& old = section->name();
+            if (!oldBase.empty() && (old == oldBase || old.rfind(oldBase + " - ", 0) == 0))
+                section->setName(newBase + old.substr(oldBase.size()));
+        }
+    }
     const unsigned type = file->getDbType();
     if (type != fileDbSupport::pwf_66 && type != fileDbSupport::pwf_67 && type != fileDbSupport::plugin_71 &&
         type != fileDbSupport::plugin_db_access)

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -17,13 +18,26 @@ struct cRun {
     std::string output;
 };
 
+// One scratch folder for the runs of this program, removed with its files when it exits.
 std::string tempDir()
 {
-    static std::string dir = [] {
-        char pattern[] = "/tmp/zelwave-program-XXXXXX";
-        return std::string(mkdtemp(pattern));
-    }();
-    return dir;
+    struct cScratch {
+        std::string path;
+        cScratch()
+        {
+            char pattern[] = "/tmp/zelwave-program-XXXXXX";
+            const char* made = mkdtemp(pattern);
+            path = made ? made : "";
+        }
+        ~cScratch()
+        {
+            std::error_code error;
+            if (!path.empty())
+                std::filesystem::remove_all(path, error);
+        }
+    };
+    static const cScratch scratch;
+    return scratch.path;
 }
 
 std::string writeFile(const std::string& name, const std::string& content)

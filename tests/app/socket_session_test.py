@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """The interactive socket as a listening tool sees it: the viewer connects to us, says it is
 ready, and answers every command line with "0", "1" or "2" and its values."""
+import csv
+import math
 import os
 import socket
 import subprocess
@@ -10,6 +12,25 @@ import time
 import unittest
 
 PROGRAM = None
+DEADLINE = 30  # seconds: a loaded machine only makes a wait longer, never a test red
+
+
+def wait_until(condition, seconds=DEADLINE, pause=0.02):
+    """Polls condition until it holds or the deadline passes; returns its last value."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value or time.monotonic() >= end:
+            return value
+        time.sleep(pause)
+
+
+def read_text(path):
+    try:
+        with open(path, encoding="utf-8", errors="replace") as f:
+            return f.read()
+    except FileNotFoundError:
+        return ""
 
 
 class Peer:
@@ -20,7 +41,7 @@ class Peer:
         self.listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
         self.listener.bind(("127.0.0.1", 0))
         self.listener.listen(1)
-        self.listener.settimeout(30)
+        self.listener.settimeout(DEADLINE)
         port = self.listener.getsockname()[1]
         self.log = os.path.join(workdir, "session.log")
         env = dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=workdir)
@@ -28,7 +49,9 @@ class Peer:
             [PROGRAM, "--socket", "127.0.0.1", str(port), "--log", self.log, "6", *extra],
             cwd=workdir, env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.connection, _ = self.listener.accept()
-        self.connection.settimeout(30)
+        self.connection.settimeout(DEADLINE)
+        # Each send goes out as it is made, so that a line sent in pieces arrives in pieces.
+        self.connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self.pending = b""
 
     def line(self):
@@ -45,16 +68,10 @@ class Peer:
         return self.line()
 
     def log_text(self):
-        with open(self.log, encoding="utf-8", errors="replace") as f:
-            return f.read()
+        return read_text(self.log)
 
-    def wait_for_log(self, text, seconds=10):
-        end = time.time() + seconds
-        while time.time() < end:
-            if text in self.log_text():
-                return True
-            time.sleep(0.05)
-        return False
+    def wait_for_log(self, text, seconds=DEADLINE):
+        return wait_until(lambda: text in self.log_text(), seconds)
 
     def close(self):
         try:
@@ -82,6 +99,12 @@ class SocketSession(unittest.TestCase):
     def path(self, name):
         return os.path.join(self.dir.name, name)
 
+    def assertRunsOn(self, peer):
+        # An exit would come right after the socket closed: a second of watching sees it. On a
+        # slow machine this can only miss a wrong exit, never fail a right one.
+        with self.assertRaises(subprocess.TimeoutExpired, msg="the program runs on"):
+            peer.process.wait(1.0)
+
     def write(self, name, text):
         with open(self.path(name), "w") as f:
             f.write(text)
@@ -102,15 +125,15 @@ class SocketSession(unittest.TestCase):
         # wait holds the queue: what follows is queued, and runs when the wait is over.
         self.assertEqual(p.ask("wait 0.2"), "0")
         self.assertEqual(p.ask("add_section later"), "2")
-        time.sleep(0.5)
-        self.assertEqual(p.ask("get_number_of_sections"), '0 "3"')
+        # Asked again until the wait is over: "2" while queued, then the count with "later" in it.
+        answer = wait_until(lambda: (lambda reply: reply if reply != "2" else None)(p.ask("get_number_of_sections")))
+        self.assertEqual(answer, '0 "3"')
 
     def test_segments(self):
         p = self.peer
         p.connection.sendall(b"add_section a\nget_number_of_sections\nget_section_name 0\n")
         self.assertEqual([p.line(), p.line(), p.line()], ["0", '0 "1"', '0 "a"'], "replies in order")
         p.connection.sendall(b"get_number_")
-        time.sleep(0.05)
         p.connection.sendall(b"of_sections\n")
         self.assertEqual(p.line(), '0 "1"', "a line sent in two pieces is joined")
         p.connection.sendall(b"\x00\xff\xfe binary \x01\x02\n")
@@ -131,12 +154,12 @@ class SocketSession(unittest.TestCase):
         self.assertEqual(p.ask("add_section kept"), "0")
         self.assertEqual(p.ask("shut_down_interactive_socket"), "0")
         self.assertEqual(p.connection.recv(16), b"", "the viewer closes the socket")
-        time.sleep(0.3)
-        self.assertIsNone(p.process.poll(), "the program runs on")
+        self.assertRunsOn(p)
 
     def test_a_silent_peer_costs_nothing(self):
         p = self.peer
-        time.sleep(1.0)  # five read timeouts go by without a word from the peer
+        # The silence is the input here, not a wait: five read timeouts of the viewer go by.
+        time.sleep(1.0)
         self.assertIsNone(p.process.poll())
         self.assertEqual(p.ask("get_number_of_sections"), '0 "0"')
         self.assertNotIn(" - E - ", p.log_text(), "waiting is not an error")
@@ -148,8 +171,7 @@ class SocketSession(unittest.TestCase):
         p.connection.close()
         self.assertTrue(p.wait_for_log("Interactive Mode: Socket read error."), p.log_text())
         self.assertTrue(p.wait_for_log("Exitting interactive socket mode."))
-        time.sleep(0.3)
-        self.assertIsNone(p.process.poll(), "the program runs on")
+        self.assertRunsOn(p)
 
     def test_command_files_nest_and_record(self):
         p = self.peer
@@ -181,6 +203,68 @@ class SocketSession(unittest.TestCase):
         self.assertEqual(p.ask("get_number_of_sections"), '0 "2"')
         self.assertEqual(p.ask("get_curve_name inner 0"), '0 "i(r1)"')
 
+    def test_compare_csv_files(self):
+        p = self.peer
+        header = ["time", "v(a, b)", "note"]
+        rows = [[0.0, 1.0, "plain"], [1e-9, 0.0, 'say "hi"'], [2e-9, 1e20, "a;b, c"], [3e-9, -2.5, "tab\there"]]
+
+        def write(name, table, **style):
+            with open(self.path(name), "w", newline="") as f:
+                csv.writer(f, **style).writerows(table)
+
+        def first_difference(a, b):
+            """Python's csv module and math.isclose: None when the files agree, else a message."""
+            with open(self.path(a), newline="") as f:
+                left = list(csv.reader(f, delimiter=sniff(a)))
+            with open(self.path(b), newline="") as f:
+                right = list(csv.reader(f, delimiter=sniff(b)))
+            if len(left) != len(right):
+                return "The files have a different number of lines."
+            for number, (x, y) in enumerate(zip(left, right), 1):
+                if len(x) != len(y):
+                    return "Line %d has a different number of columns." % number
+                for column, (u, v) in enumerate(zip(x, y), 1):
+                    if u.strip() == v.strip():
+                        continue
+                    try:
+                        if math.isclose(float(u), float(v), rel_tol=1e-9, abs_tol=1e-10):
+                            continue
+                    except ValueError:
+                        pass
+                    return 'Line %d, column %d: "%s" differs from "%s".' % (number, column, u.strip(), v.strip())
+            return None
+
+        def sniff(name):
+            with open(self.path(name)) as f:
+                return ";" if f.readline().count(";") > 1 else ","
+
+        write("a.csv", [header] + rows)
+        # The same table quoted throughout, with noise below the tolerances: relative 1e-9, and
+        # 1e-10 absolute around zero.
+        noisy = [[r[0] * (1 + 1e-12), r[1] + (5e-11 if r[1] == 0 else r[1] * 3e-10), r[2]] for r in rows]
+        write("same.csv", [header] + noisy, quoting=csv.QUOTE_ALL, lineterminator="\r\n")
+        write("semicolon.csv", [header] + rows, delimiter=";")
+        far = [list(r) for r in rows]
+        far[2][1] = 1e20 * (1 + 1e-6)
+        write("far.csv", [header] + far)
+        quote = [list(r) for r in rows]
+        quote[1][2] = "say hi"
+        write("quote.csv", [header] + quote)
+        write("wide.csv", [header] + rows[:2] + [rows[2] + [7]] + rows[3:])
+        write("long.csv", [header] + rows + [rows[0]])
+        for other, same in (("same.csv", True), ("semicolon.csv", True), ("far.csv", False),
+                            ("quote.csv", False), ("wide.csv", False), ("long.csv", False)):
+            expected = first_difference("a.csv", other)
+            self.assertEqual(expected is None, same, "the oracle agrees with the case: %s" % other)
+            answer = p.ask('compare_csv_files "%s" "%s"' % (self.path("a.csv"), self.path(other)))
+            self.assertEqual(answer, "0" if same else "1", other)
+            if same:
+                self.assertTrue(p.wait_for_log('File comparison for "%s" succeeded.' % self.path("a.csv")))
+            else:
+                self.assertTrue(p.wait_for_log(expected), "%s: %s\n%s" % (other, expected, p.log_text()))
+        self.assertEqual(p.ask('compare_csv_files "%s" "%s"' % (self.path("a.csv"), self.path("none.csv"))), "1")
+        self.assertTrue(p.wait_for_log('Could not open "%s".' % self.path("none.csv")))
+
     def test_recording_limit(self):
         p = self.peer
         for i in range(10):
@@ -208,16 +292,15 @@ class Connecting(unittest.TestCase):
                                        cwd=workdir, env=env, stdout=subprocess.DEVNULL,
                                        stderr=subprocess.DEVNULL)
             try:
-                time.sleep(0.8)
-                with open(log) as f:
-                    self.assertIn("Interactive Mode: Failed to connect to socket ( ip = localhost", f.read())
+                failed = "Interactive Mode: Failed to connect to socket ( ip = localhost"
+                self.assertTrue(wait_until(lambda: failed in read_text(log)), read_text(log))
                 listener = socket.socket()
                 listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
                 listener.bind(("127.0.0.1", port))
                 listener.listen(1)
-                listener.settimeout(20)
+                listener.settimeout(DEADLINE)
                 connection, _ = listener.accept()
-                connection.settimeout(20)
+                connection.settimeout(DEADLINE)
                 self.assertEqual(connection.recv(16), b"0\n")
                 connection.sendall(b"get_number_of_sections\n")
                 self.assertEqual(connection.recv(64), b'0 "0"\n')

@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -71,9 +72,10 @@ TEST(cVxThread, CreateWhileRunningIsRefusedAndJoinIsIdempotent)
     EXPECT_EQ(thread.getState(), state::not_started);
     ASSERT_TRUE(thread.createThread());
     ASSERT_TRUE(waitUntil([&] { return thread.started.load(); }));
+    // Refused at once: were it to wait for the thread, the test would hang here (the thread
+    // runs until released below).
     EXPECT_FALSE(thread.createThread()) << "a running thread is not started twice";
     EXPECT_EQ(thread.getState(), state::running);
-    EXPECT_FALSE(thread.released) << "the refused call did not wait for the thread";
 
     thread.released = true;
     EXPECT_TRUE(thread.joinThread());
@@ -173,12 +175,26 @@ TEST(cVxThread, LocksTryLocksAndConditions)
     {
         vx3::cVxScopedLock lock(mutex);
         ASSERT_TRUE(notifier.createThread());
+        // The timed wait says "woken" (true) for the notify; a minute is only a bound for a hang.
         while (!ready)
-            condition.waitForCondition(lock);
-        EXPECT_TRUE(ready);
-        EXPECT_FALSE(condition.waitForCondition(lock, 1)) << "nobody notifies a second time";
+            ASSERT_TRUE(condition.waitForCondition(lock, 60000)) << "the notify wakes the waiter";
     }
     notifier.joinThread();
+    {
+        // Nobody notifies now: the timed wait must end by itself, and not before its time. A
+        // spurious wake-up returns true early; the wait is then simply made again.
+        vx3::cVxScopedLock lock(mutex);
+        bool timedOut = false;
+        for (int attempt = 0; attempt < 100 && !timedOut; ++attempt) {
+            const auto start = std::chrono::steady_clock::now();
+            timedOut = !condition.waitForCondition(lock, 20);
+            if (timedOut) {
+                EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(20))
+                    << "timed out before its time";
+            }
+        }
+        EXPECT_TRUE(timedOut) << "the timed wait ends without a notify";
+    }
 
     vx3::cVxThreadIdentifier mainThread;
     EXPECT_TRUE(mainThread.compareThreadId());

@@ -47,6 +47,17 @@ private:
     std::string mPath;
 };
 
+// Empty when the system interpreter imports the modules ("numpy, pandas"); else a message that
+// says what is missing and where it comes from. The oracles of several tests need them.
+inline std::string missingPythonModules(const std::string& modules)
+{
+    const std::string command = "/usr/bin/python3 -c 'import " + modules + "' >/dev/null 2>&1";
+    if (std::system(command.c_str()) == 0)
+        return std::string();
+    return "the oracle of this test needs /usr/bin/python3 with " + modules +
+           " (Debian packages python3-numpy, python3-pandas; scripts/install-deps installs them)";
+}
+
 inline std::string readFile(const std::string& name)
 {
     std::ifstream in(name, std::ios::binary);

@@ -7,8 +7,12 @@ import sys
 import tempfile
 import unittest
 
-import numpy as np
-import pandas as pd
+try:
+    import numpy as np
+    import pandas as pd
+except ImportError as missing:
+    sys.exit("%s: the oracle needs numpy and pandas for /usr/bin/python3 (Debian packages python3-numpy, "
+             "python3-pandas; scripts/install-deps installs them): %s" % (os.path.basename(__file__), missing))
 
 CLI = None
 

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "../base/testSupport.h"
 #include "model/cCurvePlotDataFile.h"
 
 using namespace vx3;
@@ -16,7 +17,8 @@ namespace {
 // Runs the script with the system interpreter and returns what it printed.
 std::string runPython(const std::string& script)
 {
-    const std::string path = ::testing::TempDir() + "/zw_sweep_oracle.py";
+    zwtest::cTempDir dir("zw_sweep_");
+    const std::string path = dir.file("oracle.py");
     FILE* file = std::fopen(path.c_str(), "w");
     if (!file)
         return std::string();
@@ -87,6 +89,7 @@ struct cSectionWithSweeps {
 
 TEST(SweepMatrix, CutIndicesMatchNumpyRavelAndUnravel)
 {
+    ASSERT_EQ(zwtest::missingPythonModules("numpy"), "");
     const std::string output = runPython(kOracle);
     ASSERT_FALSE(output.empty()) << "the numpy oracle produced nothing";
     std::istringstream lines(output);

@@ -10,6 +10,8 @@
 
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
 #include "../base/testSupport.h"
 #include "base/cVxLogger.h"
 #include "model/cCurvePlotDataFile.h"
@@ -67,13 +69,17 @@ struct cReading {
     }
 };
 
-// Runs a python script with the system interpreter (numpy and pandas installed); false when it
-// fails.
-inline bool runPython(const std::string& script, const std::string& folder)
+// Runs a python script with the system interpreter (numpy and pandas installed); a failure says
+// whether the modules are missing or the script failed.
+inline ::testing::AssertionResult runPython(const std::string& script, const std::string& folder)
 {
+    if (const std::string missing = zwtest::missingPythonModules("numpy, pandas"); !missing.empty())
+        return ::testing::AssertionFailure() << missing;
     const std::string path = folder + "/oracle.py";
     std::ofstream(path) << script;
-    return std::system(("cd '" + folder + "' && /usr/bin/python3 oracle.py").c_str()) == 0;
+    if (std::system(("cd '" + folder + "' && /usr/bin/python3 oracle.py").c_str()) != 0)
+        return ::testing::AssertionFailure() << "the oracle script failed";
+    return ::testing::AssertionSuccess();
 }
 
 inline std::vector<double> readNumbers(const std::string& path)

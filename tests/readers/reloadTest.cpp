@@ -93,6 +93,45 @@ TEST(Reload, FailedReloadPutsEverythingBack)
     EXPECT_EQ(reading.store.getNbOfDataSections(), 1u);
 }
 
+TEST(Reload, UnderANewNameTheFileIsReadFromThere)
+{
+    cTempDir dir;
+    const std::string first = dir.write("run1.csv", "t,a,b\n" + rows(0, 10));
+    cReading reading;
+    ASSERT_EQ(reading.parse(first), ok);
+    const uint64_t id = reading.section(0)->getSectionId();
+    // The simulator wrote its next result elsewhere: the open file follows it there.
+    const std::string second = dir.write("run2.csv", "t,a,b\n" + rows(0, 25));
+    ASSERT_EQ(reading.parser.reloadFile(reading.store, first, second), ok) << reading.messages.text();
+    ASSERT_EQ(reading.store.getNbOfDataSections(), 1u);
+    EXPECT_EQ(reading.section(0)->getSectionId(), id) << "the same section, so plots keep their curves";
+    EXPECT_EQ(reading.section(0)->name(), "run2.csv") << "named after the file, it follows the new name";
+    const std::vector<double> b = reading.values(0, "b");
+    ASSERT_EQ(b.size(), 25u);
+    EXPECT_EQ(b.back(), 24.0 * 3);
+    ASSERT_NE(reading.store.findDbSupportPtr(second), nullptr);
+    EXPECT_EQ(reading.store.findDbSupportPtr(first), nullptr) << "the old name is gone";
+    EXPECT_NE(reading.store.findDbSupportPtrShortName("run2.csv"), nullptr);
+    EXPECT_EQ(reading.store.findDbSupportPtrShortName("run1.csv"), nullptr);
+
+    // From now on the new name is the file: reloading it shows what was appended there, and the
+    // old one is no longer known.
+    dir.append("run2.csv", rows(25, 30));
+    ASSERT_EQ(reading.parser.reloadFile(reading.store, second, ""), ok) << reading.messages.text();
+    EXPECT_EQ(reading.values(0, "a").size(), 30u);
+    reading.messages.clear();
+    EXPECT_EQ(reading.parser.reloadFile(reading.store, first, ""), failed);
+    EXPECT_TRUE(reading.messages.contains("The file \"" + first + "\" was not found in the list of open files."))
+        << reading.messages.text();
+    // A relative new name is taken from the base directory; the short name finds the file too.
+    const std::string third = dir.write("run3.csv", "t,a,b\n" + rows(0, 7));
+    reading.parser.setBaseDirectory(dir.path());
+    ASSERT_EQ(reading.parser.reloadFile(reading.store, "run2.csv", "run3.csv"), ok) << reading.messages.text();
+    EXPECT_EQ(reading.values(0, "a").size(), 7u);
+    EXPECT_NE(reading.store.findDbSupportPtr(third), nullptr);
+    EXPECT_EQ(reading.section(0)->getSectionId(), id);
+}
+
 TEST(Reload, CutsColumnsAsTheFirstParseDid)
 {
     cTempDir dir;

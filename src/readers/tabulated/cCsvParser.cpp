@@ -180,18 +180,56 @@ void cCsvParser::tokenizeLine(std::string_view line, uint64_t lineNumber, cCsvPa
     }
 }
 
+bool cCsvParser::checkEndsInsideQuotedCell(std::string_view line) const
+{
+    // Cells start where tokenizeLine starts them; only a quote that opens a cell quotes.
+    const std::string_view trimmed = trimView(line);
+    if (trimmed.empty() || trimmed.front() == mComment)
+        return false;
+    size_t i = 0;
+    while (i < line.size()) {
+        while (i < line.size() && (line[i] == ' ' || line[i] == '\t') && !isSeparator(line[i]))
+            ++i;
+        if (i < line.size() && line[i] == '"') {
+            for (++i;; ++i) {
+                if (i >= line.size())
+                    return true;
+                if (line[i] == '"' && i + 1 < line.size() && line[i + 1] == '"')
+                    ++i;
+                else if (line[i] == '"')
+                    break;
+            }
+        }
+        while (i < line.size() && !isSeparator(line[i]))
+            ++i;
+        while (i < line.size() && isSeparator(line[i]))
+            ++i;
+    }
+    return false;
+}
+
 returnCode cCsvParser::parseCsvSource(cTabulatedTextSource& source, cCsvParserTempData& data, uint64_t maxRows)
 {
     std::vector<char> buffer(std::min<uint64_t>(kBlockSize, std::max<uint64_t>(source.size(), 1)));
     uint64_t position = source.getTextStart(), carry = 0, line = 1;
+    // A row whose quoted cell holds line ends, gathered over its lines; recordLine is its first.
+    std::string record;
+    uint64_t recordLine = 0;
+    auto flushRecord = [&] {
+        if (!record.empty())
+            tokenizeLine(record, recordLine, data);
+        record.clear();
+    };
     while (true) {
         const uint64_t wanted = buffer.size() - carry;
         const uint64_t got = source.read(position, buffer.data() + carry, wanted);
         position += got;
         const uint64_t total = carry + got;
         const bool atEnd = got < wanted;
-        if (total == 0)
+        if (total == 0) {
+            flushRecord();
             return ok;
+        }
         const char* begin = buffer.data();
         const char* end = begin + total;
         if (!atEnd) {
@@ -212,15 +250,39 @@ returnCode cCsvParser::parseCsvSource(cTabulatedTextSource& source, cCsvParserTe
         while (p < end) {
             const char* feed = static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
             const char* lineEnd = feed ? feed : end;
-            tokenizeLine(std::string_view(p, static_cast<size_t>(lineEnd - p)), line++, data);
+            std::string_view text(p, static_cast<size_t>(lineEnd - p));
             p = feed ? feed + 1 : end;
+            const uint64_t number = line++;
+            if (!record.empty()) {
+                record += '\n';
+                record.append(text);
+                text = record;
+            }
+            if (feed && checkEndsInsideQuotedCell(text)) {
+                if (record.empty()) {
+                    record.assign(text);
+                    recordLine = number;
+                }
+                if (record.size() > kMaxLineSize) {
+                    mLogger.errorMsg("CSV Parser : the line " + std::to_string(recordLine) + " is longer than " +
+                                     std::to_string(kMaxLineSize) + " characters.");
+                    return failed;
+                }
+                continue;
+            }
+            if (record.empty())
+                tokenizeLine(text, number, data);
+            else
+                flushRecord();
             if (maxRows && data.getNbOfRows() >= maxRows)
                 return ok;
         }
         carry = static_cast<uint64_t>(begin + total - end);
         std::memmove(buffer.data(), end, carry);
-        if (atEnd)
+        if (atEnd) {
+            flushRecord();
             return ok;
+        }
         if (mLogger.checkActionIsInterrupted())
             return action_interrupted;
     }

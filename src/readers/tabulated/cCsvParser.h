@@ -82,6 +82,8 @@ public:
 
 private:
     void tokenizeLine(std::string_view line, uint64_t lineNumber, cCsvParserTempData& data);
+    // True when a quoted cell is still open at the end of the line: its line end is cell text.
+    bool checkEndsInsideQuotedCell(std::string_view line) const;
     void addCell(std::string_view cell, bool quoted, cCsvParserTempData& data) const;
     bool isSeparator(char c) const;
 

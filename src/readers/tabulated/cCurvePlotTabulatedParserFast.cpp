@@ -182,7 +182,10 @@ bool tabulatedParserFast::findSeparator(std::string_view head, cLayout& layout)
         const std::string_view line = head.substr(offset, (feed == std::string_view::npos ? head.size() : feed) - offset);
         offset = next;
         std::vector<std::pair<std::string, double>> step;
-        if (trimView(line).empty() || parseStepParameters(line, step))
+        // The lines that end the data (or a run) are no rows to cut columns by.
+        if (checkIsEndOfData(line))
+            break;
+        if (trimView(line).empty() || trimView(line) == "End" || parseStepParameters(line, step))
             continue;
         if (isCommentLine(line)) {
             if (lines.empty())
@@ -458,9 +461,16 @@ returnCode cCurvePlotTabulatedParserFast::parseImpl(cTabulatedTextSource& source
         const double* x = columns[0];
         if (row > 2 && x[0] == x[1])
             return failed;
-        for (uint64_t i = 1; i < row; ++i)
+        uint64_t backwards = 0;
+        for (uint64_t i = 1; i < row; ++i) {
             if (x[i] < x[i - 1] && x[i] <= x[0])
                 return failed;
+            backwards += x[i] < x[i - 1] ? 1 : 0;
+        }
+        // An axis that goes back in a few rows only is cleaned by the slow reader; with more it
+        // is data of its own, read as it stands.
+        if (backwards != 0 && backwards <= std::max<uint64_t>(1, row / 100))
+            return failed;
     }
 
     std::vector<cTable> tables;

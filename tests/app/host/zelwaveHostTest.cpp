@@ -6,8 +6,10 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -18,12 +20,67 @@
 
 namespace {
 
-void processEventsFor(int milliseconds)
+// Every wait is for its event; the deadline is only there so that a hang fails instead of
+// blocking the suite. A loaded machine makes a test slower, never red.
+constexpr qint64 kDeadlineMs = 30000;
+
+// Processes events until condition holds or the deadline passes; returns the condition.
+template <typename F>
+bool pumpUntil(F condition)
 {
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < milliseconds)
+    while (!condition()) {
+        if (timer.elapsed() > kDeadlineMs)
+            return condition();
         QApplication::processEvents(QEventLoop::AllEvents, 10);
+        // Outside an event loop a deleteLater is only carried out on request.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    return true;
+}
+
+// Waits without processing events (the main thread must stay away from the viewer).
+template <typename F>
+bool sleepUntil(F condition)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > kDeadlineMs)
+            return condition();
+        usleep(2000);
+    }
+    return true;
+}
+
+// A scratch folder removed with its files when the test ends.
+class cScratch {
+public:
+    explicit cScratch(const char* prefix)
+    {
+        std::string pattern = std::string("/tmp/") + prefix + "XXXXXX";
+        const char* made = mkdtemp(pattern.data());
+        mPath = made ? made : "";
+    }
+    ~cScratch()
+    {
+        std::error_code error;
+        if (!mPath.empty())
+            std::filesystem::remove_all(mPath, error);
+    }
+    const std::string& path() const { return mPath; }
+
+private:
+    std::string mPath;
+};
+
+// Closes a top-level window and lets Qt delete it.
+void closeAndDelete(void* handle)
+{
+    QPointer<QWidget> window(static_cast<QWidget*>(handle));
+    EXPECT_TRUE(window->close()) << "nothing holds the window";
+    EXPECT_TRUE(pumpUntil([&] { return window.isNull(); })) << "the window is deleted";
 }
 
 std::vector<std::string> results(void* handle)
@@ -91,28 +148,24 @@ TEST(zelwaveHost, CommandsThroughTheHandle)
     // interface is busy for everybody else.
     std::atomic<int> threadResult{-1};
     std::thread other([&] { threadResult = qt_zelwave_execute_command(handle, "get_number_of_sections"); });
-    int busy = -1;
-    for (int attempt = 0; attempt < 400 && busy != vx_code_thread_error; ++attempt) {
-        usleep(25000);
-        busy = qt_zelwave_execute_command(handle, "get_status");
-    }
-    EXPECT_EQ(busy, vx_code_thread_error);
-    while (threadResult == -1)
-        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    // Not pumping events here: the other thread's command stays in the bridge until we do.
+    EXPECT_TRUE(sleepUntil([&] { return qt_zelwave_execute_command(handle, "get_status") == vx_code_thread_error; }))
+        << "the interface is busy while the other thread's command waits";
+    EXPECT_EQ(threadResult, -1) << "its command waits for the main thread";
+    EXPECT_TRUE(pumpUntil([&] { return threadResult != -1; })) << "the other thread's command ran";
     other.join();
     EXPECT_EQ(threadResult, vx_code_ok);
     EXPECT_EQ(results(handle), std::vector<std::string>{"1"});
 
-    window->close();
-    processEventsFor(50);
+    closeAndDelete(handle);
 }
 
 TEST(zelwaveHost, GetStatusWhileACommandFileRunsInTheBackground)
 {
     void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
     ASSERT_NE(handle, nullptr);
-    char pattern[] = "/tmp/zelwave-host-XXXXXX";
-    std::string dir = mkdtemp(pattern);
+    cScratch scratch("zelwave-host-");
+    const std::string& dir = scratch.path();
     std::ofstream(dir + "/work.cmd") << "add_section bg\nnot_a_command\nget_number_of_sections\n";
 
     EXPECT_EQ(qt_zelwave_execute_command(handle, ("execute_command_file \"" + dir + "/work.cmd\"").c_str()),
@@ -123,17 +176,13 @@ TEST(zelwaveHost, GetStatusWhileACommandFileRunsInTheBackground)
     int refused = qt_zelwave_execute_command(handle, "add_section x");
     EXPECT_TRUE(refused == vx_code_queued || refused == vx_code_error) << refused;
     int status = vx_code_queued;
-    for (int i = 0; i < 2000 && status == vx_code_queued; ++i) {
-        QApplication::processEvents(QEventLoop::AllEvents, 5);
-        status = qt_zelwave_execute_command(handle, "get_status");
-    }
+    pumpUntil([&] { return (status = qt_zelwave_execute_command(handle, "get_status")) != vx_code_queued; });
     EXPECT_EQ(status, vx_code_error) << "the first get_status after the end gives the file's result";
     EXPECT_EQ(qt_zelwave_execute_command(handle, "get_status"), vx_code_ok)
         << "a second one is a plain command: the last command the explorer performed succeeded";
     EXPECT_EQ(qt_zelwave_execute_command(handle, "get_number_of_sections"), vx_code_ok);
     EXPECT_EQ(results(handle), std::vector<std::string>{"1"});
-    static_cast<QWidget*>(handle)->close();
-    processEventsFor(50);
+    closeAndDelete(handle);
 }
 
 TEST(zelwaveHost, EmbeddedWidgetReportsCloseRequestsToTheHost)
@@ -141,17 +190,25 @@ TEST(zelwaveHost, EmbeddedWidgetReportsCloseRequestsToTheHost)
     QWidget host;
     void* handle = qt_zelwave_create_widget(&host, 0, 0, 300, 200, 0);
     ASSERT_NE(handle, nullptr);
+    host.show();
+    QPointer<QWidget> widget(static_cast<QWidget*>(handle));
+    ASSERT_TRUE(widget->isVisible());
     cNotifications notifications;
     _vx_zelwave_callback_type callbacks{};
     callbacks.user_data = &notifications;
     callbacks.notification = &onNotification;
     EXPECT_EQ(qt_zelwave_register_callback(handle, &callbacks), vx_code_ok);
     EXPECT_EQ(qt_zelwave_execute_command(handle, "close"), vx_code_ok);
-    processEventsFor(100);
-    EXPECT_NE(std::find(notifications.types.begin(), notifications.types.end(),
-                        static_cast<long>(vx_notification_close_button_activated)),
-              notifications.types.end());
-    EXPECT_TRUE(static_cast<QWidget*>(handle)->isVisible() || !host.isVisible()) << "the host decides";
+    auto told = [&] {
+        return std::find(notifications.types.begin(), notifications.types.end(),
+                         static_cast<long>(vx_notification_close_button_activated)) != notifications.types.end();
+    };
+    EXPECT_TRUE(pumpUntil(told)) << "the host hears of the close request";
+    // The host decides: the embedded viewer neither hides nor deletes itself.
+    QApplication::processEvents();
+    ASSERT_FALSE(widget.isNull());
+    EXPECT_TRUE(widget->isVisible());
+    EXPECT_EQ(qt_zelwave_execute_command(handle, "get_number_of_sections"), vx_code_ok) << "its handle still works";
     EXPECT_EQ(qt_zelwave_register_callback(handle, nullptr), vx_code_ok);
 }
 
@@ -207,15 +264,14 @@ TEST(zelwaveHost, StoreCommandsBuildAndAnswer)
     EXPECT_EQ(run("wait 0.3"), vx_code_ok);
     EXPECT_EQ(run("add_section later"), vx_code_queued);
     EXPECT_EQ(run("get_status"), vx_code_queued);
-    processEventsFor(600);
+    EXPECT_TRUE(pumpUntil([&] { return run("get_status") != vx_code_queued; })) << "the wait ends";
     EXPECT_EQ(run("get_status"), vx_code_ok);
     EXPECT_EQ(answer("get_number_of_sections"), "2");
 
     EXPECT_EQ(run("close_section later"), vx_code_ok);
     EXPECT_EQ(run("close_all"), vx_code_ok);
     EXPECT_EQ(answer("get_number_of_sections"), "0");
-    static_cast<QWidget*>(handle)->close();
-    processEventsFor(50);
+    closeAndDelete(handle);
 }
 
 TEST(zelwaveHost, XmlCommandTextRunsAsOneText)
@@ -236,8 +292,8 @@ TEST(zelwaveHost, ClosingWaitsForTheBackgroundTask)
     void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
     ASSERT_NE(handle, nullptr);
     QPointer<QWidget> window(static_cast<QWidget*>(handle));
-    char pattern[] = "/tmp/zelwave-close-XXXXXX";
-    std::string dir = mkdtemp(pattern);
+    cScratch scratch("zelwave-close-");
+    const std::string& dir = scratch.path();
     {
         std::ofstream file(dir + "/long.cmd");
         for (int i = 0; i < 200000; ++i)
@@ -245,15 +301,15 @@ TEST(zelwaveHost, ClosingWaitsForTheBackgroundTask)
     }
     EXPECT_EQ(qt_zelwave_execute_command(handle, ("execute_command_file \"" + dir + "/long.cmd\"").c_str()),
               vx_code_queued);
-    processEventsFor(50);
+    // Once the file's thread holds the command lock, other commands are refused (1) instead of
+    // queued (11). Events are not processed meanwhile, so the file cannot get past its first
+    // command, however fast the machine.
+    ASSERT_TRUE(sleepUntil([&] { return qt_zelwave_execute_command(handle, "add_section x") == vx_code_error; }))
+        << "the file's thread takes the command lock";
     // The file holds the command lock: the close is refused for now and retried.
     EXPECT_FALSE(window->close());
     EXPECT_FALSE(window.isNull());
-    QElapsedTimer timer;
-    timer.start();
-    while (!window.isNull() && timer.elapsed() < 20000)
-        QApplication::processEvents(QEventLoop::AllEvents, 10);
-    EXPECT_TRUE(window.isNull()) << "the window closes once the task has stopped";
+    EXPECT_TRUE(pumpUntil([&] { return window.isNull(); })) << "the window closes once the task has stopped";
     EXPECT_EQ(qt_zelwave_execute_command(handle, "get_status"), vx_code_bad_pointer) << "its handle is gone";
 }
 
