@@ -445,7 +445,8 @@ cStoreCommands::cBrowserRows cStoreCommands::listForBrowser(const cCurvePlotData
         uint64_t shown = std::min<uint64_t>(row.count, limit);
         for (uint64_t k = 0; k < shown; ++k) {
             const cCurvePlotVariable& curve = section->getVariable(k);
-            row.curves.push_back({curve.name(), curve.getUnitStr(), curve.getVectorSize()});
+            // Values still in the file count as their reader counted them.
+            row.curves.push_back({curve.name(), curve.getUnitStr(), section->getVariableValueCount(k)});
         }
         row.hiddenCurves = row.count - shown;
         rows.push_back(std::move(row));
