@@ -439,3 +439,35 @@ TEST(VcdReader, ValuesLeftInAFileThatIsCutFailToLoadWithoutACrash)
     EXPECT_EQ(a.getValueCount(), a.getDbSize());
     options.logger().setLoggerCallBack(nullptr);
 }
+
+TEST(VcdReader, AReloadWithValuesLeftInTheFileBringsBackTheCurvesInUse)
+{
+    cTempDir dir;
+    const std::string file = dir.write("lazy.vcd", std::string(kHeader) + "#0\n1!\nb1 \"\n#5\n0!\n");
+    cCurvePlotDataFile store;
+    cCurvePlotParser options;
+    {
+        cCurveParserVcd reader(store, options);
+        reader.setMinimumSizeForDbAccess(1);
+        ASSERT_EQ(reader.parseFile(file), ok);
+    }
+    cCurvePlotDataSection& section = *store.getDataSectionFromIndex(0);
+    const uint64_t busIndex = section.findVariableIndex("top.bus[7:0]");
+    cCurvePlotVariable& bus = section.getVariable(busIndex);
+    ASSERT_EQ(bus.loadDataFromDb(options.logger(), &section, busIndex), ok);
+    bus.incrementReferenceCount();  // a plot shows it
+    section.getSweepVariable(0).incrementReferenceCount();
+    dir.append("lazy.vcd", "#9\nb11 \"\n#12\n1!\n");
+    {
+        cCurveParserVcd reader(store, options);
+        reader.setMinimumSizeForDbAccess(1);
+        ASSERT_EQ(reader.reloadFile(file, {&section}), ok);
+    }
+    ASSERT_EQ(store.getNbOfDataSections(), 1u);
+    EXPECT_EQ(timeAxis(section), (std::vector<uint64_t>{0, 5, 9, 12}));
+    EXPECT_EQ(records(&bus), (cRecords{{0, "00000001"}, {9, "00000011"}, {12, "00000011"}}));
+    // The curve nobody holds waits in the file.
+    const cCurvePlotVariable& a = *curveOf(section, "top.a");
+    EXPECT_FALSE(a.checkHasStorage() && a.getValueCount() > 0);
+    EXPECT_EQ(a.getDbSize(), 3u);
+}

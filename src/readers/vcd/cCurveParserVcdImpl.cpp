@@ -37,6 +37,9 @@ returnCode cCurveParserVcdImpl::parseFileImpl(const char* begin, const char* end
         mFileName = fileName;
         mError = cError();
         cFileDbSupport& file = initDbSupport(fileName, fileDbSupport::vcd_63);
+        // A mapping made for loads before the file grew would show its old size.
+        if (checkIsReload())
+            file.closeFile();
         std::string sectionName = fileName;
         const size_t slash = sectionName.find_last_of('/');
         if (slash != std::string::npos)

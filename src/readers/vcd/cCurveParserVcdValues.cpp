@@ -269,7 +269,9 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         mSweep->pushBackValue<uint64_t>(mLastTime);
         ++mStepCount;
     }
+    // The time axis lives only in memory: its loader reads curves, not the axis.
     mSweep->setNeedsLoading(false);
+    mSweep->setLocalDbType(fileDbSupport::cou_19);
 
     // Where each curve's records lie in the file, so that its values can be loaded again (or
     // for the first time) by reading only the pieces that hold them. One record more than the
@@ -298,6 +300,9 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         dbSupport()->initDbSupport(fileDbSupport::vcd_65);
         for (size_t s = 0; s < signalCount; ++s)
             all[s].curve->setNeedsLoading(totals[s] > 0);
+        // Curves that plots hold come back at once, from the file as it is now.
+        if (checkIsReload() && currentSection()->reloadReferencedCurvesFromDb(options().logger()) != ok)
+            warnMsg("Vcd Parser : some curves in use could not be loaded again.");
         return !failedChunk;
     }
 
