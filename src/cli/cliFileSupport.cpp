@@ -135,6 +135,19 @@ bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std
     return false;
 }
 
+std::string csvField(const std::string& text)
+{
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (char c : text) {
+        if (c == '"')
+            quoted.push_back('"');
+        quoted.push_back(c);
+    }
+    return quoted + "\"";
+}
+
 std::string number(double value)
 {
     char buffer[40];

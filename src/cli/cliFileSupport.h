@@ -42,6 +42,8 @@ bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std
 
 // Full precision that reads back to the same double.
 std::string number(double value);
+// A CSV cell: names with a separator, a quote or a line end are quoted, quotes doubled.
+std::string csvField(const std::string& text);
 
 // ---- Digital curves and instance trees (cliDigital.cpp)
 // Curves whose values are logic states kept as changes (one record per change).

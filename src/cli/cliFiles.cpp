@@ -146,7 +146,7 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
             dumpLogicChanges(section, curve, options.hasFlag("--ticks"), lines);
             std::istringstream split(lines.str());
             for (std::string line; std::getline(split, line);)
-                out << curve.name() << ',' << line << '\n';
+                out << csvField(curve.name()) << ',' << line << '\n';
             if (load)
                 curve.releaseDb();
         }
@@ -177,7 +177,7 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         return 1;
     }
     if (checkIsLogicChangeCurve(*curve)) {
-        out << xName << ',' << curve->name() << '\n';
+        out << csvField(xName) << ',' << csvField(curve->name()) << '\n';
         dumpLogicChanges(section, *curve, options.hasFlag("--ticks"), out);
         return 0;
     }
@@ -188,7 +188,7 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
             err << "zelwave-cli dump: \"" << curveName << "\" has no values to print\n";
             return 1;
         }
-        out << xName << ',' << curve->name() << (vectors.yDoubleComplex || vectors.yFloatComplex ? ",imag" : "")
+        out << csvField(xName) << ',' << csvField(curve->name()) << (vectors.yDoubleComplex || vectors.yFloatComplex ? ",imag" : "")
             << '\n';
         curvePlotFunctionArgs::visitDataVectors(vectors, [&](auto xs, auto ys) {
             for (uint64_t i = 0; i < vectors.count; ++i) {
@@ -206,8 +206,8 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
     const uint64_t count = curve->getVectorSize();
     // Outer sweeps of a matrix first, then x, then the value (two for a complex curve).
     for (uint64_t k = 0; k + 1 < sweeps; ++k)
-        out << section.getSweepVariable(k).name() << ',';
-    out << xName << ',' << curve->name();
+        out << csvField(section.getSweepVariable(k).name()) << ',';
+    out << csvField(xName) << ',' << csvField(curve->name());
     if (complex)
         out << ",imag";
     out << '\n';

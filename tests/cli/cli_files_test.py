@@ -123,6 +123,19 @@ class Tables(unittest.TestCase):
         self.assertEqual(code, 1)
         self.assertIn("the file has 2 section(s)", err)
 
+    def test_dump_header_quotes_names_as_csv(self):
+        # Names with separators and quotes come back whole through Python's csv module.
+        import csv
+        path = self.path("quoted.csv")
+        with open(path, "w", newline="") as f:
+            csv.writer(f).writerows([["time", "v(a,b)", 'say "hi"'], [0, 1, 2], [1, 3, 4]])
+        for name, column in (("v(a,b)", ["1", "3"]), ('say "hi"', ["2", "4"])):
+            code, out, err = run("dump", path, name)
+            self.assertEqual(code, 0, err)
+            rows = list(csv.reader(io.StringIO(out)))
+            self.assertEqual(rows[0], ["time", name])
+            self.assertEqual([row[1] for row in rows[1:]], column)
+
     def test_help_and_failures(self):
         for name in ("info", "dump"):
             code, out, _ = run(name, "--help")
