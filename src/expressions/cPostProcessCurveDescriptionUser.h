@@ -15,6 +15,9 @@
 #include <string>
 #include <vector>
 
+#include "expressions/cPostProcessCurveDescription.h"
+#include "model/cCurvePlotDataFile.h"
+
 namespace vx3 {
 
 namespace postProcess {
@@ -72,6 +75,28 @@ struct cGrid {
 template <class Op>
 constexpr bool kOperatorPropagatesNaN = requires { Op::kPropagatesNaN; };
 
+// fn(samples) for a curve's loaded vectors, when the engine walks their types (x and y double or
+// float); false for others.
+template <class Fn>
+bool visitRealSamples(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
+{
+    const auto xStride = static_cast<std::ptrdiff_t>(v.xStride), yStride = static_cast<std::ptrdiff_t>(v.yStride);
+    auto withX = [&](auto xs) {
+        if (v.yDouble)
+            fn(makeCurveSamples(xs, v.yDouble, v.count, xStride, yStride));
+        else if (v.yFloat)
+            fn(makeCurveSamples(xs, v.yFloat, v.count, xStride, yStride));
+        else
+            return false;
+        return true;
+    };
+    if (v.xDouble)
+        return withX(v.xDouble);
+    if (v.xFloat)
+        return withX(v.xFloat);
+    return false;
+}
+
 }  // namespace postProcess
 
 class cPostProcessCurveDescriptionUser {
@@ -111,6 +136,12 @@ public:
         applyOperatorToTwoCurvesImpl(a, b, grid, op, y.get());
         return true;
     }
+
+    // a op b as a new double-valued curve name in resultSection (its index in resultIndex).
+    template <class Op>
+    bool applyOperatorToTwoCurves(cCurvePlotDataFile& store, cCurvePlotDataSection& resultSection,
+                                  const std::string& name, const cPostProcessCurveDescription& a,
+                                  const cPostProcessCurveDescription& b, bool unionMode, Op op, uint64_t& resultIndex);
 
 private:
     std::string mError;

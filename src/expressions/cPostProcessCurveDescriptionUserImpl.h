@@ -164,4 +164,52 @@ void cPostProcessCurveDescriptionUser::applyOperatorToTwoCurvesImpl(const postPr
     }
 }
 
+template <class Op>
+bool cPostProcessCurveDescriptionUser::applyOperatorToTwoCurves(cCurvePlotDataFile& store,
+                                                                cCurvePlotDataSection& resultSection,
+                                                                const std::string& name,
+                                                                const cPostProcessCurveDescription& a,
+                                                                const cPostProcessCurveDescription& b, bool unionMode,
+                                                                Op op, uint64_t& resultIndex)
+{
+    curvePlotFunctionArgs::cDataVectors va, vb;
+    if (!a.load(false, mError) || !b.load(false, mError) || !a.computeDataVectors(va, mError) ||
+        !b.computeDataVectors(vb, mError))
+        return false;
+    std::vector<double> x;
+    std::unique_ptr<double[]> y;
+    bool combined = false, typesWalked = false;
+    typesWalked = postProcess::visitRealSamples(va, [&](const auto& samplesA) {
+        typesWalked = postProcess::visitRealSamples(vb, [&](const auto& samplesB) {
+            postProcess::cGrid grid;
+            if (!applyOperatorToTwoCurves(samplesA, samplesB, unionMode, op, grid, y))
+                return;
+            if (grid.sharedInput == 0) {
+                x.resize(grid.size);
+                for (uint64_t i = 0; i < grid.size; ++i)
+                    x[i] = static_cast<double>(samplesA.x[i]);
+            } else {
+                x = std::move(grid.values);
+            }
+            combined = true;
+        });
+    }) && typesWalked;
+    if (!typesWalked) {
+        mError = "Incompatible data type.";
+        return false;
+    }
+    if (!combined)
+        return false;
+    const cCurvePlotVariable* first = a.getCurvePtr();
+    const auto unit = static_cast<curvePlotDataType::dataUnit>(first->getUnitIdentifier());
+    const cCurvePlotDataType* type = store.addType(name, curvePlotProperties::parameterized_double, unit);
+    resultIndex = resultSection.addVariable(type, name);
+    cCurvePlotVariable* result = resultSection.getVariablePtr(resultIndex);
+    if (!result || !result->setParameterizedDoubleValues(x.data(), y.get(), x.size())) {
+        mError = "Unsupported curve type.";
+        return false;
+    }
+    return true;
+}
+
 }  // namespace vx3

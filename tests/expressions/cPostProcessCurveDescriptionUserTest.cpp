@@ -182,3 +182,67 @@ TEST(CurveEngine, SharedAndNonMonotoneAxes)
     EXPECT_EQ(grid.values, (std::vector<double>{0.5, 1, 1.5}));
     EXPECT_EQ(std::vector<double>(y.get(), y.get() + 3), (std::vector<double>{150, 200, 250}));
 }
+
+TEST(CurveEngine, CurvesOfTheStoreMakeANewCurve)
+{
+    // Two sections with their own x-axes, as two files give them; the numbers from numpy.
+    cTempDir folder;
+    ASSERT_FALSE(folder.path().empty());
+    const std::string script = std::string(ZW_SOURCE_DIR) + "/tests/expressions/oracles/two_curves.py";
+    const std::string command = "/usr/bin/python3 '" + script + "' '" + folder.path() + "' 11";
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
+    const std::string prefix = folder.path() + "/case0_";
+    const auto ax = readRaw<double>(prefix + "ax"), ay = readRaw<double>(prefix + "ay");
+    const auto bx = readRaw<double>(prefix + "bx"), by = readRaw<double>(prefix + "by");
+
+    cCurvePlotDataFile store;
+    auto section = [&](const std::string& name, const std::vector<double>& xs, const std::vector<double>& ys) {
+        cCurvePlotDataSection* made = store.addDataSection(name);
+        const uint64_t sweep =
+            made->addSweepVariable(store.addType("time", curvePlotProperties::data_double, curvePlotDataType::no_unit),
+                                   "time", 0);
+        made->getSweepVariable(sweep).setDoubleValues(xs.data(), xs.size());
+        const uint64_t index =
+            made->addVariable(store.addType("v", curvePlotProperties::data_double, curvePlotDataType::no_unit), "v");
+        made->getVariable(index).setDoubleValues(ys.data(), ys.size());
+        return made;
+    };
+    cCurvePlotDataSection* first = section("first", ax, ay);
+    cCurvePlotDataSection* second = section("second", bx, by);
+    cCurvePlotDataSection* results = store.addDataSection("post-process");
+    const cPostProcessCurveDescription a(first, 0), b(second, 0);
+    EXPECT_EQ(a.getName(), "v");
+    EXPECT_EQ(a.getNbOfValues(), ax.size());
+
+    cPostProcessCurveDescriptionUser engine;
+    uint64_t sum = 0, difference = 0;
+    ASSERT_TRUE(engine.applyOperatorToTwoCurves(store, *results, "sum", a, b, true, cAdd(), sum))
+        << engine.getErrorString();
+    ASSERT_TRUE(engine.applyOperatorToTwoCurves(store, *results, "difference", a, b, false, cSubtract(), difference))
+        << engine.getErrorString();
+    auto values = [&](uint64_t index, std::vector<double>& xs, std::vector<double>& ys) {
+        curvePlotFunctionArgs::cDataVectors vectors;
+        ASSERT_TRUE(results->getVariable(index).computeDataVectors(*results, vectors));
+        ASSERT_TRUE(vectors.xDouble && vectors.yDouble);
+        xs.assign(vectors.xDouble, vectors.xDouble + vectors.count);
+        ys.assign(vectors.yDouble, vectors.yDouble + vectors.count);
+    };
+    std::vector<double> xs, ys;
+    values(sum, xs, ys);
+    EXPECT_EQ(results->getVariable(sum).name(), "sum");
+    expectClose(xs, readRaw<double>(prefix + "union_x"), "store union grid");
+    expectClose(ys, readRaw<double>(prefix + "union_add"), "store a+b");
+    values(difference, xs, ys);
+    expectClose(xs, readRaw<double>(prefix + "overlap_x"), "store overlap grid");
+    expectClose(ys, readRaw<double>(prefix + "overlap_subtract"), "store a-b");
+
+    // Descriptions that name no curve.
+    uint64_t index = 0;
+    EXPECT_FALSE(engine.applyOperatorToTwoCurves(store, *results, "bad", cPostProcessCurveDescription(first, 7), b,
+                                                 true, cAdd(), index));
+    EXPECT_EQ(engine.getErrorString(), "Bad curve index.");
+    EXPECT_FALSE(engine.applyOperatorToTwoCurves(store, *results, "bad", cPostProcessCurveDescription(), b, true,
+                                                 cAdd(), index));
+    EXPECT_EQ(engine.getErrorString(), "Bad curve definition.");
+    EXPECT_EQ(results->getNbOfVariables(), 2u);
+}
