@@ -137,6 +137,18 @@ public:
         return true;
     }
 
+    // op(y, scalar) for each sample of a, in walking order, into result (a.count values); a Comm
+    // operator gives scalar op y. Undefined samples stay undefined.
+    template <class Op, class X, class Y>
+    static void applyOperatorToSingleCurve(const postProcess::cCurveSamples<X, Y>& a, double scalar, Op op,
+                                           double* result)
+    {
+        for (uint64_t k = 0; k < a.count; ++k) {
+            const double value = static_cast<double>(a.y[k]);
+            result[k] = std::isnan(value) || std::isnan(scalar) ? NAN : static_cast<double>(op(value, scalar));
+        }
+    }
+
     // a op b as a new double-valued curve name in resultSection (its index in resultIndex).
     template <class Op>
     bool applyOperatorToTwoCurves(cCurvePlotDataFile& store, cCurvePlotDataSection& resultSection,

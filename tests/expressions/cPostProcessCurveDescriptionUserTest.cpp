@@ -246,3 +246,28 @@ TEST(CurveEngine, CurvesOfTheStoreMakeANewCurve)
     EXPECT_EQ(engine.getErrorString(), "Bad curve definition.");
     EXPECT_EQ(results->getNbOfVariables(), 2u);
 }
+
+TEST(CurveEngine, CurveWithScalar)
+{
+    const std::vector<double> x = {3, 2, 1, 0}, y = {4, NAN, 0, -2};
+    const auto a = makeCurveSamples(x.data(), y.data(), 4);  // walked from x = 0
+    std::vector<double> result(4);
+    cPostProcessCurveDescriptionUser::applyOperatorToSingleCurve(a, 2.0, cMultiply(), result.data());
+    EXPECT_EQ(result[0], -4.0);
+    EXPECT_EQ(result[1], 0.0);
+    EXPECT_TRUE(std::isnan(result[2]));
+    EXPECT_EQ(result[3], 8.0);
+    // "1 - a" and "1 / a": the scalar at the left, through the commuted operators.
+    cPostProcessCurveDescriptionUser::applyOperatorToSingleCurve(a, 1.0, cSubtractComm(), result.data());
+    EXPECT_EQ(result[0], 3.0);
+    EXPECT_EQ(result[3], -3.0);
+    cPostProcessCurveDescriptionUser::applyOperatorToSingleCurve(a, 1.0, cDivideComm(), result.data());
+    EXPECT_EQ(result[0], -0.5);
+    EXPECT_TRUE(std::isnan(result[1]));  // 1 / 0
+    EXPECT_EQ(result[3], 0.25);
+    cPostProcessCurveDescriptionUser::applyOperatorToSingleCurve(a, 2.0, cPowerComm(), result.data());
+    EXPECT_EQ(result[0], 0.25);
+    EXPECT_EQ(result[3], 16.0);
+    cPostProcessCurveDescriptionUser::applyOperatorToSingleCurve(a, NAN, cAdd(), result.data());
+    EXPECT_TRUE(std::isnan(result[0]) && std::isnan(result[3]));
+}
