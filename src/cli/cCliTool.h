@@ -35,5 +35,7 @@ void addCommandLanguageSubcommands(cCliTool& tool);
 void addFileSubcommands(cCliTool& tool);
 // The subcommands that read a curve's values: at, integral.
 void addValueSubcommands(cCliTool& tool);
+// The subcommand of the expression language: eval.
+void addEvalSubcommands(cCliTool& tool);
 
 }  // namespace vx3

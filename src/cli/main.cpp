@@ -8,5 +8,6 @@ int main(int argc, char** argv)
     vx3::addCommandLanguageSubcommands(tool);
     vx3::addFileSubcommands(tool);
     vx3::addValueSubcommands(tool);
+    vx3::addEvalSubcommands(tool);
     return tool.run(argc, argv, std::cout, std::cerr);
 }
