@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "expressions/cPostProcessCurveDescription.h"
+#include "expressions/postProcessOperators.h"
 #include "model/cCurvePlotDataFile.h"
 
 namespace vx3 {
@@ -75,10 +76,10 @@ struct cGrid {
 template <class Op>
 constexpr bool kOperatorPropagatesNaN = requires { Op::kPropagatesNaN; };
 
-// fn(samples) for a curve's loaded vectors, when the engine walks their types (x and y double or
-// float); false for others.
+// fn(samples) for a curve's loaded vectors, when the engine walks their types (x double or float,
+// y double or float, real or complex); false for others.
 template <class Fn>
-bool visitRealSamples(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
+bool visitSamples(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
 {
     const auto xStride = static_cast<std::ptrdiff_t>(v.xStride), yStride = static_cast<std::ptrdiff_t>(v.yStride);
     auto withX = [&](auto xs) {
@@ -86,6 +87,10 @@ bool visitRealSamples(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
             fn(makeCurveSamples(xs, v.yDouble, v.count, xStride, yStride));
         else if (v.yFloat)
             fn(makeCurveSamples(xs, v.yFloat, v.count, xStride, yStride));
+        else if (v.yDoubleComplex)
+            fn(makeCurveSamples(xs, v.yDoubleComplex, v.count, xStride, yStride));
+        else if (v.yFloatComplex)
+            fn(makeCurveSamples(xs, v.yFloatComplex, v.count, xStride, yStride));
         else
             return false;
         return true;
@@ -102,6 +107,7 @@ bool visitRealSamples(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
 class cPostProcessCurveDescriptionUser {
 public:
     static constexpr const char* kNonMonotoneMessage = "Can't post process curves with non-monotone x-axis data.";
+    static constexpr const char* kComplexMessage = "Incompatible data type.";
 
     // The reason of the last failure.
     const std::string& getErrorString() const { return mError; }
@@ -118,34 +124,46 @@ public:
     bool buildX(const postProcess::cCurveSamples<XA, YA>& a, const postProcess::cCurveSamples<XB, YB>& b,
                 bool unionMode, bool requireMonotone, postProcess::cGrid& grid);
 
-    // op(a, b) at each point of grid (from buildX) into result, which holds grid.size values.
-    template <class Op, class XA, class YA, class XB, class YB>
+    // op(a, b) at each point of grid (from buildX) into result, which holds grid.size values:
+    // double, or complex when a or b is complex (the real one widened with zero imaginary part).
+    template <class Op, class XA, class YA, class XB, class YB, class R>
     static void applyOperatorToTwoCurvesImpl(const postProcess::cCurveSamples<XA, YA>& a,
                                              const postProcess::cCurveSamples<XB, YB>& b,
-                                             const postProcess::cGrid& grid, Op op, double* result);
+                                             const postProcess::cGrid& grid, Op op, R* result);
 
-    // buildX, then the combination into y (allocated here at the grid's size).
-    template <class Op, class XA, class YA, class XB, class YB>
+    // buildX, then the combination into y (allocated here at the grid's size). R is double or
+    // std::complex<double>; a complex input needs the complex R, and a real-only operator (order,
+    // logic) refuses complex inputs.
+    template <class Op, class XA, class YA, class XB, class YB, class R>
     bool applyOperatorToTwoCurves(const postProcess::cCurveSamples<XA, YA>& a,
                                   const postProcess::cCurveSamples<XB, YB>& b, bool unionMode, Op op,
-                                  postProcess::cGrid& grid, std::unique_ptr<double[]>& y)
+                                  postProcess::cGrid& grid, std::unique_ptr<R[]>& y)
     {
-        if (!buildX(a, b, unionMode, false, grid))
+        constexpr bool complexIn = postProcess::kIsComplex<YA> || postProcess::kIsComplex<YB>;
+        if constexpr (complexIn && (!postProcess::kIsComplex<R> || postProcess::kOperatorIsRealOnly<Op>)) {
+            mError = kComplexMessage;
             return false;
-        y.reset(new double[grid.size ? grid.size : 1]);
-        applyOperatorToTwoCurvesImpl(a, b, grid, op, y.get());
-        return true;
+        } else {
+            if (!buildX(a, b, unionMode, false, grid))
+                return false;
+            y.reset(new R[grid.size ? grid.size : 1]);
+            applyOperatorToTwoCurvesImpl(a, b, grid, op, y.get());
+            return true;
+        }
     }
 
     // op(y, scalar) for each sample of a, in walking order, into result (a.count values); a Comm
-    // operator gives scalar op y. Undefined samples stay undefined.
-    template <class Op, class X, class Y>
-    static void applyOperatorToSingleCurve(const postProcess::cCurveSamples<X, Y>& a, double scalar, Op op,
-                                           double* result)
+    // operator gives scalar op y. Undefined samples stay undefined. A complex curve needs a
+    // complex R.
+    template <class Op, class X, class Y, class S, class R>
+    static void applyOperatorToSingleCurve(const postProcess::cCurveSamples<X, Y>& a, S scalar, Op op, R* result)
     {
+        using namespace postProcess;
+        using tValue = std::conditional_t<kIsComplex<Y> || kIsComplex<S>, std::complex<double>, double>;
+        const tValue s = widen<tValue>(scalar);
         for (uint64_t k = 0; k < a.count; ++k) {
-            const double value = static_cast<double>(a.y[k]);
-            result[k] = std::isnan(value) || std::isnan(scalar) ? NAN : static_cast<double>(op(value, scalar));
+            const tValue value = widen<tValue>(a.y[k]);
+            result[k] = checkIsUndefined(value) || checkIsUndefined(s) ? undefinedValue<R>() : narrow<R>(op(value, s));
         }
     }
 

@@ -7,39 +7,42 @@ namespace vx3 {
 
 namespace postProcess {
 
-// Reads one curve at rising x positions, remembering where it stands.
+// Reads one curve at rising x positions, remembering where it stands. Complex values are
+// interpolated part by part, which linear interpolation of the complex number does.
 template <class X, class Y>
 class cCurveWalker {
 public:
+    using tValue = tWide<Y>;
+
     explicit cCurveWalker(const cCurveSamples<X, Y>& samples) : mSamples(samples) {}
 
     // The value at x, not below the x of the previous call: interpolated between the neighbours,
     // the mean of both sides at a jump (two samples at one x), 0 outside the curve, NaN when the
     // sample reached is undefined.
-    long double valueAt(double x)
+    tValue valueAt(double x)
     {
         const uint64_t count = mSamples.count;
         if (!count)
-            return NAN;
+            return undefinedValue<tValue>();
         while (mCurrent + 1 < count && x > static_cast<double>(mSamples.x[mCurrent]))
             ++mCurrent;
         const double xCurrent = static_cast<double>(mSamples.x[mCurrent]);
-        const long double yCurrent = static_cast<long double>(mSamples.y[mCurrent]);
-        if (std::isnan(yCurrent))
-            return NAN;
+        const tValue yCurrent = widen<tValue>(mSamples.y[mCurrent]);
+        if (checkIsUndefined(yCurrent))
+            return undefinedValue<tValue>();
         if (x == xCurrent) {
             if (mCurrent + 1 < count && static_cast<double>(mSamples.x[mCurrent + 1]) == xCurrent)
-                return (yCurrent + static_cast<long double>(mSamples.y[mCurrent + 1])) * 0.5L;
+                return (yCurrent + widen<tValue>(mSamples.y[mCurrent + 1])) * 0.5L;
             if (mCurrent > 0 && static_cast<double>(mSamples.x[mCurrent - 1]) == xCurrent)
-                return (static_cast<long double>(mSamples.y[mCurrent - 1]) + yCurrent) * 0.5L;
+                return (widen<tValue>(mSamples.y[mCurrent - 1]) + yCurrent) * 0.5L;
             return yCurrent;
         }
         if (x > xCurrent || mCurrent == 0)
-            return 0;  // outside the curve: it adds nothing
+            return tValue(0);  // outside the curve: it adds nothing
         const long double xPrevious = static_cast<double>(mSamples.x[mCurrent - 1]);
-        const long double yPrevious = static_cast<long double>(mSamples.y[mCurrent - 1]);
-        return yPrevious + (yCurrent - yPrevious) * (static_cast<long double>(x) - xPrevious) /
-                               (static_cast<long double>(xCurrent) - xPrevious);
+        const tValue yPrevious = widen<tValue>(mSamples.y[mCurrent - 1]);
+        return yPrevious + (yCurrent - yPrevious) * ((static_cast<long double>(x) - xPrevious) /
+                                                     (static_cast<long double>(xCurrent) - xPrevious));
     }
 
 private:
@@ -124,43 +127,42 @@ bool cPostProcessCurveDescriptionUser::buildX(const postProcess::cCurveSamples<X
     return true;
 }
 
-template <class Op, class XA, class YA, class XB, class YB>
+template <class Op, class XA, class YA, class XB, class YB, class R>
 void cPostProcessCurveDescriptionUser::applyOperatorToTwoCurvesImpl(const postProcess::cCurveSamples<XA, YA>& a,
                                                                     const postProcess::cCurveSamples<XB, YB>& b,
-                                                                    const postProcess::cGrid& grid, Op op,
-                                                                    double* result)
+                                                                    const postProcess::cGrid& grid, Op op, R* result)
 {
+    using namespace postProcess;
+    // A real curve with a complex one: the real one widens with zero imaginary part.
+    using tValue = std::conditional_t<kIsComplex<YA> || kIsComplex<YB>, std::complex<long double>, long double>;
+    using tPair = std::conditional_t<kIsComplex<tValue>, std::complex<double>, double>;
+    static_assert(kIsComplex<R> || !kIsComplex<tValue>, "a complex combination needs a complex result");
     const uint64_t n = grid.size;
     if (n == a.count && n == b.count) {
         // One grid: the samples pair without interpolation.
-        if (a.y.stride == 1 && b.y.stride == 1) {
-            const YA* __restrict ya = a.y.data;
-            const YB* __restrict yb = b.y.data;
-            if constexpr (postProcess::kOperatorPropagatesNaN<Op>) {
+        if constexpr (!kIsComplex<tValue> && !kIsComplex<R> && kOperatorPropagatesNaN<Op>) {
+            if (a.y.stride == 1 && b.y.stride == 1) {
+                const YA* __restrict ya = a.y.data;
+                const YB* __restrict yb = b.y.data;
                 for (uint64_t k = 0; k < n; ++k)
                     result[k] = op(static_cast<double>(ya[k]), static_cast<double>(yb[k]));
-            } else {
-                for (uint64_t k = 0; k < n; ++k) {
-                    const double va = static_cast<double>(ya[k]), vb = static_cast<double>(yb[k]);
-                    result[k] = std::isnan(va) || std::isnan(vb) ? NAN : static_cast<double>(op(va, vb));
-                }
+                return;
             }
-            return;
         }
         for (uint64_t k = 0; k < n; ++k) {
-            const double va = static_cast<double>(a.y[k]), vb = static_cast<double>(b.y[k]);
-            result[k] = std::isnan(va) || std::isnan(vb) ? NAN : static_cast<double>(op(va, vb));
+            const tPair va = widen<tPair>(a.y[k]), vb = widen<tPair>(b.y[k]);
+            result[k] = checkIsUndefined(va) || checkIsUndefined(vb) ? undefinedValue<R>() : narrow<R>(op(va, vb));
         }
         return;
     }
-    postProcess::cCurveWalker<XA, YA> walkA(a);
-    postProcess::cCurveWalker<XB, YB> walkB(b);
+    cCurveWalker<XA, YA> walkA(a);
+    cCurveWalker<XB, YB> walkB(b);
     for (uint64_t k = 0; k < n; ++k) {
         const double x = grid.sharedInput == 0 ? static_cast<double>(a.x[k])
                          : grid.sharedInput == 1 ? static_cast<double>(b.x[k])
                                                  : grid.values[k];
-        const long double va = walkA.valueAt(x), vb = walkB.valueAt(x);
-        result[k] = std::isnan(va) || std::isnan(vb) ? NAN : static_cast<double>(op(va, vb));
+        const tValue va = widen<tValue>(walkA.valueAt(x)), vb = widen<tValue>(walkB.valueAt(x));
+        result[k] = checkIsUndefined(va) || checkIsUndefined(vb) ? undefinedValue<R>() : narrow<R>(op(va, vb));
     }
 }
 
@@ -178,12 +180,20 @@ bool cPostProcessCurveDescriptionUser::applyOperatorToTwoCurves(cCurvePlotDataFi
         return false;
     std::vector<double> x;
     std::unique_ptr<double[]> y;
+    std::unique_ptr<std::complex<double>[]> yComplex;
     bool combined = false, typesWalked = false;
-    typesWalked = postProcess::visitRealSamples(va, [&](const auto& samplesA) {
-        typesWalked = postProcess::visitRealSamples(vb, [&](const auto& samplesB) {
+    typesWalked = postProcess::visitSamples(va, [&](const auto& samplesA) {
+        typesWalked = postProcess::visitSamples(vb, [&](const auto& samplesB) {
+            using tA = std::remove_cvref_t<decltype(samplesA.y[0])>;
+            using tB = std::remove_cvref_t<decltype(samplesB.y[0])>;
             postProcess::cGrid grid;
-            if (!applyOperatorToTwoCurves(samplesA, samplesB, unionMode, op, grid, y))
-                return;
+            if constexpr (postProcess::kIsComplex<tA> || postProcess::kIsComplex<tB>) {
+                if (!applyOperatorToTwoCurves(samplesA, samplesB, unionMode, op, grid, yComplex))
+                    return;
+            } else {
+                if (!applyOperatorToTwoCurves(samplesA, samplesB, unionMode, op, grid, y))
+                    return;
+            }
             if (grid.sharedInput == 0) {
                 x.resize(grid.size);
                 for (uint64_t i = 0; i < grid.size; ++i)
@@ -202,10 +212,14 @@ bool cPostProcessCurveDescriptionUser::applyOperatorToTwoCurves(cCurvePlotDataFi
         return false;
     const cCurvePlotVariable* first = a.getCurvePtr();
     const auto unit = static_cast<curvePlotDataType::dataUnit>(first->getUnitIdentifier());
-    const cCurvePlotDataType* type = store.addType(name, curvePlotProperties::parameterized_double, unit);
+    const cCurvePlotDataType* type = store.addType(
+        name, yComplex ? curvePlotProperties::parameterized_double_complex : curvePlotProperties::parameterized_double,
+        unit);
     resultIndex = resultSection.addVariable(type, name);
     cCurvePlotVariable* result = resultSection.getVariablePtr(resultIndex);
-    if (!result || !result->setParameterizedDoubleValues(x.data(), y.get(), x.size())) {
+    const bool stored = result && (yComplex ? result->setParameterizedDoubleComplexValues(x.data(), yComplex.get(), x.size())
+                                            : result->setParameterizedDoubleValues(x.data(), y.get(), x.size()));
+    if (!stored) {
         mError = "Unsupported curve type.";
         return false;
     }

@@ -165,6 +165,14 @@ bool cCurvePlotVariable::setParameterizedDoubleValues(const double* xs, const do
     return assignParameterizedValues(xs, ys, count);
 }
 
+bool cCurvePlotVariable::setParameterizedDoubleComplexValues(const double* xs, const std::complex<double>* ys,
+                                                              uint64_t count)
+{
+    resetMinMaxInitialized();
+    setNeedsLoading(false);
+    return assignParameterizedValues(xs, ys, count);
+}
+
 bool cCurvePlotVariable::computeMinMaxValues()
 {
     curvePlotFunctionArgs::cDataVectors vectors;

@@ -134,6 +134,7 @@ public:
     bool setDoubleValues(const double* values, uint64_t count);
     bool setDoubleComplexValues(const std::complex<double>* values, uint64_t count);
     bool setParameterizedDoubleValues(const double* xs, const double* ys, uint64_t count);
+    bool setParameterizedDoubleComplexValues(const double* xs, const std::complex<double>* ys, uint64_t count);
     // NaN when the index is out of range or the storage isn't a real or complex double vector.
     double getDoubleValue(uint64_t index) const;
     bool computeDataVectors(const cCurvePlotDataSection& section, curvePlotFunctionArgs::cDataVectors& vectors) const;

@@ -113,6 +113,61 @@ TEST(CurveEngine, TwoCurvesOnUnlikeGridsAgainstNumpy)
     checkCase<float>(folder.path(), 2);
 }
 
+TEST(CurveEngine, RealWithComplexAgainstNumpy)
+{
+    cTempDir folder;
+    ASSERT_FALSE(folder.path().empty());
+    const std::string script = std::string(ZW_SOURCE_DIR) + "/tests/expressions/oracles/two_curves.py";
+    const std::string command = "/usr/bin/python3 '" + script + "' '" + folder.path() + "' 11";
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
+    using tComplex = std::complex<double>;
+    const std::string prefix = folder.path() + "/complex_";
+    const auto ax = readRaw<double>(prefix + "ax"), ay = readRaw<double>(prefix + "ay");
+    const auto bx = readRaw<double>(prefix + "bx");
+    const auto by = readRaw<tComplex>(prefix + "by");
+    ASSERT_EQ(bx.size(), by.size());
+    const auto a = makeCurveSamples(ax.data(), ay.data(), ax.size());
+    const auto b = makeCurveSamples(bx.data(), by.data(), bx.size());
+    cPostProcessCurveDescriptionUser engine;
+    auto check = [&](const auto& first, const auto& second, bool unionMode, auto op, const char* gridName,
+                     const char* valuesName) {
+        cGrid grid;
+        std::unique_ptr<tComplex[]> values;
+        ASSERT_TRUE(engine.applyOperatorToTwoCurves(first, second, unionMode, op, grid, values))
+            << engine.getErrorString();
+        const auto expectedX = readRaw<double>(prefix + gridName);
+        const auto expected = readRaw<tComplex>(prefix + valuesName);
+        ASSERT_EQ(grid.size, expectedX.size()) << valuesName;
+        ASSERT_EQ(expected.size(), expectedX.size()) << valuesName;
+        for (uint64_t i = 0; i < grid.size; ++i) {
+            ASSERT_EQ(grid.values[i], expectedX[i]) << valuesName << " at " << i;
+            ASSERT_NEAR(values[i].real(), expected[i].real(), 1e-12 * (1 + std::abs(expected[i]))) << valuesName << i;
+            ASSERT_NEAR(values[i].imag(), expected[i].imag(), 1e-12 * (1 + std::abs(expected[i]))) << valuesName << i;
+        }
+    };
+    check(a, b, true, cAdd(), "union_x", "union_add");
+    check(a, b, false, cDivide(), "overlap_x", "overlap_divide");
+    // The complex curve on the right, the real one widened on the left of a commuted operator.
+    check(a, b, false, cSubtractComm(), "overlap_x", "overlap_subtract_comm");
+
+    // Ordering and logic have no meaning for complex values; a real result can't hold them.
+    cGrid grid;
+    std::unique_ptr<tComplex[]> complexValues;
+    EXPECT_FALSE(engine.applyOperatorToTwoCurves(a, b, false, cLess(), grid, complexValues));
+    EXPECT_EQ(engine.getErrorString(), "Incompatible data type.");
+    std::unique_ptr<double[]> realValues;
+    EXPECT_FALSE(engine.applyOperatorToTwoCurves(a, b, false, cAdd(), grid, realValues));
+    // A complex curve with a real scalar: the scalar widens too; undefined samples stay so.
+    const std::vector<double> cx = {0, 1, 2};
+    const std::vector<tComplex> cy = {{1, 2}, {NAN, 0}, {-3, 4}};
+    tComplex scaled[3];
+    cPostProcessCurveDescriptionUser::applyOperatorToSingleCurve(makeCurveSamples(cx.data(), cy.data(), 3), 2.0,
+                                                                 cDivideComm(), scaled);
+    EXPECT_EQ(scaled[0], 2.0 / tComplex(1, 2));
+    EXPECT_TRUE(std::isnan(scaled[1].real()));
+    EXPECT_EQ(scaled[2], 2.0 / tComplex(-3, 4));
+}
+
 TEST(CurveEngine, CornersOfTheCombination)
 {
     std::vector<double> x, y;

@@ -51,3 +51,26 @@ for number, (na, ra, nb, rb, btype) in enumerate(cases):
     save(prefix + "overlap_multiply", va * vb)
     save(prefix + "overlap_divide", va / vb)
     save(prefix + "overlap_less", (va < vb).astype(np.float64))
+
+# A real curve with a complex one (as an ac analysis gives): the real one widens with zero
+# imaginary part; the complex one is read part by part.
+ax, bx = grid(400, 0.0, 10.0, np.float64), grid(300, 2.0, 12.0, np.float64)
+ay = rng.normal(0, 2, ax.size)
+by = rng.normal(1, 1, bx.size) + 1j * rng.normal(-1, 1, bx.size)
+save("complex_ax", ax)
+save("complex_ay", ay)
+save("complex_bx", bx)
+save("complex_by", by, np.complex128)
+
+
+def readc(x, y, u):
+    return read(x, y.real, u) + 1j * read(x, y.imag, u)
+
+
+u = np.union1d(ax, bx)
+save("complex_union_x", u)
+save("complex_union_add", read(ax, ay, u) + readc(bx, by, u), np.complex128)
+o = u[(u >= max(ax[0], bx[0])) & (u <= min(ax[-1], bx[-1]))]
+save("complex_overlap_x", o)
+save("complex_overlap_divide", read(ax, ay, o) / readc(bx, by, o), np.complex128)
+save("complex_overlap_subtract_comm", readc(bx, by, o) - read(ax, ay, o), np.complex128)
