@@ -291,6 +291,38 @@ TEST(CurveEngine, CurvesOfTheStoreMakeANewCurve)
     expectClose(xs, readRaw<double>(prefix + "overlap_x"), "store overlap grid");
     expectClose(ys, readRaw<double>(prefix + "overlap_subtract"), "store a-b");
 
+    // A complex curve on b's axis, b * (1 + j): times a, both parts are a * b, and the result
+    // curve is complex.
+    std::vector<std::complex<double>> complexB(by.size());
+    for (size_t i = 0; i < by.size(); ++i)
+        complexB[i] = {by[i], by[i]};
+    const uint64_t complexIndex = second->addVariable(
+        store.addType("c", curvePlotProperties::double_complex, curvePlotDataType::no_unit), "c");
+    second->getVariable(complexIndex).setDoubleComplexValues(complexB.data(), complexB.size());
+    uint64_t product = 0;
+    ASSERT_TRUE(engine.applyOperatorToTwoCurves(store, *results, "product", a,
+                                                cPostProcessCurveDescription(second, complexIndex), false,
+                                                cMultiply(), product))
+        << engine.getErrorString();
+    {
+        curvePlotFunctionArgs::cDataVectors vectors;
+        ASSERT_TRUE(results->getVariable(product).computeDataVectors(*results, vectors));
+        ASSERT_TRUE(vectors.xDouble && vectors.yDoubleComplex);
+        xs.assign(vectors.xDouble, vectors.xDouble + vectors.count);
+        std::vector<double> re(vectors.count), im(vectors.count);
+        for (uint64_t i = 0; i < vectors.count; ++i) {
+            re[i] = vectors.yDoubleComplex[i].real();
+            im[i] = vectors.yDoubleComplex[i].imag();
+        }
+        expectClose(xs, readRaw<double>(prefix + "overlap_x"), "store complex grid");
+        expectClose(re, readRaw<double>(prefix + "overlap_multiply"), "store a*c real part");
+        expectClose(im, readRaw<double>(prefix + "overlap_multiply"), "store a*c imaginary part");
+    }
+    EXPECT_FALSE(engine.applyOperatorToTwoCurves(store, *results, "bad", a,
+                                                 cPostProcessCurveDescription(second, complexIndex), false, cLess(),
+                                                 product));
+    EXPECT_EQ(engine.getErrorString(), "Incompatible data type.");
+
     // Descriptions that name no curve.
     uint64_t index = 0;
     EXPECT_FALSE(engine.applyOperatorToTwoCurves(store, *results, "bad", cPostProcessCurveDescription(first, 7), b,
@@ -299,7 +331,7 @@ TEST(CurveEngine, CurvesOfTheStoreMakeANewCurve)
     EXPECT_FALSE(engine.applyOperatorToTwoCurves(store, *results, "bad", cPostProcessCurveDescription(), b, true,
                                                  cAdd(), index));
     EXPECT_EQ(engine.getErrorString(), "Bad curve definition.");
-    EXPECT_EQ(results->getNbOfVariables(), 2u);
+    EXPECT_EQ(results->getNbOfVariables(), 3u);
 }
 
 TEST(CurveEngine, CurveWithScalar)
