@@ -102,6 +102,26 @@ bool visitSamples(const curvePlotFunctionArgs::cDataVectors& v, Fn&& fn)
     return false;
 }
 
+// Adds the curve name of dataType to resultSection and has fill(curve) give it its values; a
+// curve that fill refuses is taken out again, so that no half-made curve reaches the section.
+template <class Fill>
+bool storeResultCurve(cCurvePlotDataFile& store, cCurvePlotDataSection& resultSection, const std::string& name,
+                      curvePlotProperties::data_type dataType, curvePlotDataType::dataUnit unit, Fill&& fill,
+                      uint64_t& resultIndex, std::string& error)
+{
+    const cCurvePlotDataType* type = store.addType(name, dataType, unit);
+    const uint64_t index = resultSection.addVariable(type, name);
+    cCurvePlotVariable* result = resultSection.getVariablePtr(index);
+    if (!result || !fill(*result)) {
+        if (result)
+            resultSection.removeVariable(index);
+        error = "Unsupported curve type.";
+        return false;
+    }
+    resultIndex = index;
+    return true;
+}
+
 }  // namespace postProcess
 
 class cPostProcessCurveDescriptionUser {

@@ -212,18 +212,15 @@ bool cPostProcessCurveDescriptionUser::applyOperatorToTwoCurves(cCurvePlotDataFi
         return false;
     const cCurvePlotVariable* first = a.getCurvePtr();
     const auto unit = static_cast<curvePlotDataType::dataUnit>(first->getUnitIdentifier());
-    const cCurvePlotDataType* type = store.addType(
-        name, yComplex ? curvePlotProperties::parameterized_double_complex : curvePlotProperties::parameterized_double,
-        unit);
-    resultIndex = resultSection.addVariable(type, name);
-    cCurvePlotVariable* result = resultSection.getVariablePtr(resultIndex);
-    const bool stored = result && (yComplex ? result->setParameterizedDoubleComplexValues(x.data(), yComplex.get(), x.size())
-                                            : result->setParameterizedDoubleValues(x.data(), y.get(), x.size()));
-    if (!stored) {
-        mError = "Unsupported curve type.";
-        return false;
-    }
-    return true;
+    const curvePlotProperties::data_type dataType =
+        yComplex ? curvePlotProperties::parameterized_double_complex : curvePlotProperties::parameterized_double;
+    return postProcess::storeResultCurve(
+        store, resultSection, name, dataType, unit,
+        [&](cCurvePlotVariable& result) {
+            return yComplex ? result.setParameterizedDoubleComplexValues(x.data(), yComplex.get(), x.size())
+                            : result.setParameterizedDoubleValues(x.data(), y.get(), x.size());
+        },
+        resultIndex, mError);
 }
 
 }  // namespace vx3

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "expressions/cPostProcessCurveDescriptionUser.h"
 #include "model/dataType.h"
 
 namespace vx3::postProcess {
@@ -174,15 +175,10 @@ bool convertLogicToDouble(cCurvePlotDataFile& store, cCurvePlotDataSection& resu
     }
     std::vector<double> xs, ys;
     convertLogicToDouble(view, levels, riseTime, xs, ys);
-    const cCurvePlotDataType* type =
-        store.addType(name, curvePlotProperties::parameterized_double, curvePlotDataType::no_unit);
-    resultIndex = resultSection.addVariable(type, name);
-    cCurvePlotVariable* result = resultSection.getVariablePtr(resultIndex);
-    if (!result || !result->setParameterizedDoubleValues(xs.data(), ys.data(), xs.size())) {
-        error = "Unsupported curve type.";
-        return false;
-    }
-    return true;
+    return storeResultCurve(
+        store, resultSection, name, curvePlotProperties::parameterized_double, curvePlotDataType::no_unit,
+        [&](cCurvePlotVariable& result) { return result.setParameterizedDoubleValues(xs.data(), ys.data(), xs.size()); },
+        resultIndex, error);
 }
 
 void convertEnumToDouble(const std::vector<std::string>& states, const std::map<std::string, double>& table,
