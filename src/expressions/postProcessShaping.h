@@ -184,3 +184,68 @@ void reduceNumberOfPointsLogX(std::vector<double>& xs, std::vector<Y>& ys, doubl
 }
 
 }  // namespace vx3::postProcess
+
+namespace vx3::postProcess {
+
+// shape(samples, xs, ys, error) for the curve of the store a, its result stored as the new curve
+// name of resultSection (real or complex as ys comes out); false with the reason in error.
+template <class Shape>
+bool shapeStoreCurve(cCurvePlotDataFile& store, cCurvePlotDataSection& resultSection, const std::string& name,
+                     const cPostProcessCurveDescription& a, Shape&& shape, uint64_t& resultIndex, std::string& error)
+{
+    curvePlotFunctionArgs::cDataVectors vectors;
+    if (!a.load(false, error) || !a.computeDataVectors(vectors, error))
+        return false;
+    const auto unit = static_cast<curvePlotDataType::dataUnit>(a.getCurvePtr()->getUnitIdentifier());
+    bool stored = false;
+    const bool walked = visitSamples(vectors, [&](const auto& samples) {
+        std::vector<double> xs;
+        std::vector<tStored<std::remove_cvref_t<decltype(samples.y[0])>>> ys;
+        if (!shape(samples, xs, ys, error))
+            return;
+        constexpr bool complex = kIsComplex<typename decltype(ys)::value_type>;
+        stored = storeResultCurve(
+            store, resultSection, name,
+            complex ? curvePlotProperties::parameterized_double_complex : curvePlotProperties::parameterized_double,
+            unit,
+            [&](cCurvePlotVariable& result) {
+                if constexpr (complex)
+                    return result.setParameterizedDoubleComplexValues(xs.data(), ys.data(), xs.size());
+                else
+                    return result.setParameterizedDoubleValues(xs.data(), ys.data(), xs.size());
+            },
+            resultIndex, error);
+    });
+    if (!walked)
+        error = "Incompatible data type.";
+    return walked && stored;
+}
+
+// The curve a resampled from xStart to xEnd in steps of xStep, as a new curve of resultSection.
+inline bool resampleCurve(cCurvePlotDataFile& store, cCurvePlotDataSection& resultSection, const std::string& name,
+                          const cPostProcessCurveDescription& a, double xStart, double xEnd, double xStep,
+                          uint64_t& resultIndex, std::string& error)
+{
+    return shapeStoreCurve(
+        store, resultSection, name, a,
+        [&](const auto& samples, std::vector<double>& xs, auto& ys, std::string& message) {
+            return resampleCurve(samples, xStart, xEnd, xStep, xs, ys, message);
+        },
+        resultIndex, error);
+}
+
+// The curve a shifted and scaled, as a new curve of resultSection.
+inline bool shiftCurve(cCurvePlotDataFile& store, cCurvePlotDataSection& resultSection, const std::string& name,
+                       const cPostProcessCurveDescription& a, double scaleX, double offsetX, double scaleY,
+                       double offsetY, uint64_t& resultIndex, std::string& error)
+{
+    return shapeStoreCurve(
+        store, resultSection, name, a,
+        [&](const auto& samples, std::vector<double>& xs, auto& ys, std::string&) {
+            shiftCurve(samples, scaleX, offsetX, scaleY, offsetY, xs, ys);
+            return true;
+        },
+        resultIndex, error);
+}
+
+}  // namespace vx3::postProcess

@@ -155,3 +155,39 @@ TEST(CurveShaping, Corners)
     reduceNumberOfPoints(mx, my, 2.5, 1e-6);
     EXPECT_EQ(mx, (std::vector<double>{0, 2, 4, 6}));
 }
+
+TEST(CurveShaping, CurvesOfTheStore)
+{
+    // A complex curve of a section, resampled and shifted into a result section.
+    cCurvePlotDataFile store;
+    cCurvePlotDataSection* source = store.addDataSection("ac");
+    const std::vector<double> x = {1, 2, 4};
+    const std::vector<std::complex<double>> y = {{0, 1}, {2, 3}, {6, -1}};
+    const uint64_t sweep = source->addSweepVariable(
+        store.addType("frequency", curvePlotProperties::data_double, curvePlotDataType::no_unit), "frequency", 0);
+    source->getSweepVariable(sweep).setDoubleValues(x.data(), x.size());
+    const uint64_t index = source->addVariable(
+        store.addType("v", curvePlotProperties::double_complex, curvePlotDataType::no_unit), "v");
+    source->getVariable(index).setDoubleComplexValues(y.data(), y.size());
+    cCurvePlotDataSection* results = store.addDataSection("post-process");
+    const cPostProcessCurveDescription curve(source, index);
+
+    uint64_t resampled = 0, shifted = 0;
+    std::string error;
+    ASSERT_TRUE(resampleCurve(store, *results, "resampled", curve, 1.5, 4, 1, resampled, error)) << error;
+    ASSERT_TRUE(shiftCurve(store, *results, "shifted", curve, 1, 1, 1, 0, shifted, error)) << error;
+    curvePlotFunctionArgs::cDataVectors vectors;
+    ASSERT_TRUE(results->getVariable(resampled).computeDataVectors(*results, vectors));
+    ASSERT_TRUE(vectors.xDouble && vectors.yDoubleComplex);
+    ASSERT_EQ(vectors.count, 3u);
+    EXPECT_EQ(vectors.xDouble[2], 3.5);
+    EXPECT_EQ(vectors.yDoubleComplex[0], std::complex<double>(1, 2));
+    EXPECT_EQ(vectors.yDoubleComplex[2], std::complex<double>(5, 0));
+    ASSERT_TRUE(results->getVariable(shifted).computeDataVectors(*results, vectors));
+    EXPECT_EQ(vectors.xDouble[0], 2.0);
+
+    // A refused shaping adds nothing to the result section.
+    EXPECT_FALSE(resampleCurve(store, *results, "bad", curve, 4, 1, 1, resampled, error));
+    EXPECT_EQ(error, "Resampling needs an end at or above its start.");
+    EXPECT_EQ(results->getNbOfVariables(), 2u);
+}
