@@ -223,12 +223,20 @@ bool cParser::parseZone(cZone& zone)
             else if (keyword == "f" || keyword == "datapacking")
                 zone.block = lower.find("block") != std::string::npos;
         }
-        zone.points = i * j * k;
+        // Each value takes a digit and a separator at least: a size beyond what the text holds is
+        // wrong or the file is cut, and padding the zone to it would only exhaust memory.
+        uint64_t points = 0, values = 0;
+        const bool overflow = __builtin_mul_overflow(i, j, &points) || __builtin_mul_overflow(points, k, &points) ||
+                              __builtin_mul_overflow(points, std::max<size_t>(1, mVariables.size()), &values);
+        zone.oversized = overflow || values > mText.size() / 2;
+        zone.points = zone.oversized ? 0 : points;
     }
     if (mVariables.empty())
         return false;
     if (!parseData(zone))
         return false;
+    if (zone.oversized)
+        zone.complete = false;
     return !zone.values.empty();
 }
 
@@ -283,6 +291,9 @@ returnCode cCurvePlotParserTecPlotAscii::parseText(std::string_view text)
         for (size_t t = before; t < tables.size(); ++t)
             if (seen > 1 || tables[t].stepIndex)
                 tables[t].stepIndex = tables[t].stepIndex ? tables[t].stepIndex : seen;
+        if (zone.oversized)
+            warnMsg("TecPlot : the zone " + std::to_string(number) + " of \"" + mFileName +
+                    "\" declares more points than the file holds; its values are read as far as they go.");
         if (!zone.complete) {
             warnMsg("TecPlot : the zone " + std::to_string(number) + " of \"" + mFileName + "\" breaks off.");
             break;
