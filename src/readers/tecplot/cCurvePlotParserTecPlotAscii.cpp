@@ -24,7 +24,9 @@ void cParser::parseSkip()
 {
     while (mPosition < mText.size()) {
         const char c = mText[mPosition];
-        if (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == ',') {
+        // Every blank that ends a value ends it here too (a vertical tab stopped a variable
+        // name without being skipped, and the variable list never ended).
+        if (std::isspace(static_cast<unsigned char>(c)) || c == ',') {
             ++mPosition;
         } else if (c == '#') {
             const size_t end = mText.find('\n', mPosition);
@@ -118,7 +120,13 @@ void cParser::parseVariables()
         for (const char* keyword : kKeywords)
             if (atKeyword(keyword))
                 return;
-        mVariables.push_back(parseValueText());
+        const size_t before = mPosition;
+        std::string name = parseValueText();
+        if (mPosition == before) {
+            ++mPosition;  // a character no rule takes: skipped, so that the list always ends
+            continue;
+        }
+        mVariables.push_back(std::move(name));
     }
 }
 
