@@ -35,10 +35,12 @@ SAN_DIR = $(CURDIR)/tests/sanitizers
 ASAN_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:strict_string_checks=1:detect_stack_use_after_return=1:handle_sigbus=0 \
 	UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 	LSAN_OPTIONS=suppressions=$(SAN_DIR)/lsan.supp:print_suppressions=0
-TSAN_ENV = TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=$(SAN_DIR)/tsan.supp
+TSAN_ENV = TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:handle_sigbus=0:suppressions=$(SAN_DIR)/tsan.supp
 # The tests that run threads: the socket, the command bridge and command files (program, host
-# tests), the value change dump reader read in pieces on threads, raw files and curve loading.
-TSAN_TESTS ?= ^(socket_session|cli_raw|program\..*|zelwaveHost\..*|cVxThread\..*|VcdReader\..*|Nutmeg\..*|CurveLoading\..*)$$
+# tests), the value change dump reader read in pieces on threads, raw files and parallel curve
+# loading. Not the other curve loading tests: resident memory means nothing under the sanitizer,
+# and a file cut under a load dies of its bus error there (the guard works in the other builds).
+TSAN_TESTS ?= ^(socket_session|cli_raw|program\..*|zelwaveHost\..*|cVxThread\..*|VcdReader\..*|Nutmeg\..*|CurveLoading\.LoadReleaseAndParallelColumns)$$
 
 test-asan: deps
 	cmake -S . -B build-asan $(CMAKE_FLAGS) -DZELWAVE_SANITIZE=asan
