@@ -2,6 +2,7 @@
 // thread for command files and the socket, and the user's call-backs.
 #pragma once
 
+#include <atomic>
 #include <list>
 #include <map>
 #include <memory>
@@ -184,7 +185,8 @@ private:
     vx_zelwave_qt_callback_type mQtCallbacks{};
     std::map<std::string, zelWaveWidgetWrapper::cCursorValue> mCursors;
     bool mNotificationsEnabled = true;
-    volatile bool mClosing = false;
+    // Set on the main thread, read by the background task between commands.
+    std::atomic<bool> mClosing{false};
     bool mIsTopWindow = false;
     std::string mExecutablePath;
     bool mCreated = false;

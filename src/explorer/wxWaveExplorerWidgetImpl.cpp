@@ -15,6 +15,7 @@
 
 #include "app/core/cStoreCommands.h"
 #include "app/core/wxWaveExplorerConfiguration.h"
+#include "base/sanitizerHandOver.h"
 #include "model/cCurvePlotDataFile.h"
 #include "wxLogSink.h"
 #include "wxWaveExplorerWidgetVirtual.h"
@@ -172,7 +173,9 @@ int wxWaveExplorerWidgetImpl::executeCommandFromThread(wxWaveExplorerCommand& co
     mBridgeResult.store(kBridgePending);
     mBridgeUseThread = useThread;
     mBridgeRequest.store(true, std::memory_order_release);
-    QCoreApplication::postEvent(this, new cExecuteCommandEvent(), Qt::HighEventPriority);
+    auto* event = new cExecuteCommandEvent();
+    sanitizerHandOver::announce(event);
+    QCoreApplication::postEvent(this, event, Qt::HighEventPriority);
     // Most commands take microseconds: look at the result a little before sleeping, which
     // saves a wake-up per command, then wait on the condition (which releases the lock).
     {
@@ -189,6 +192,7 @@ int wxWaveExplorerWidgetImpl::executeCommandFromThread(wxWaveExplorerCommand& co
 
 bool wxWaveExplorerWidgetImpl::event(QEvent* event)
 {
+    sanitizerHandOver::accept(event);
     if (event->type() == static_cast<QEvent::Type>(waveExplorerEvent::execute_command)) {
         serveBridge();
         return true;

@@ -173,6 +173,20 @@ class SocketSession(unittest.TestCase):
         self.assertTrue(p.wait_for_log("Exitting interactive socket mode."))
         self.assertRunsOn(p)
 
+    def test_ten_megabyte_command_line(self):
+        # A script that sends one runaway line: it is read whole and answered, and what was
+        # loaded before is still there.
+        p = self.peer
+        self.assertEqual(p.ask("add_section kept"), "0")
+        self.assertEqual(p.ask("add_curve kept v 0 V s 0 0 1 1"), "0")
+        points = (10 << 20) // 8
+        values = " ".join("%d %d.5" % (i, i % 7) for i in range(2, points))
+        self.assertGreater(len(values), 10 << 20)
+        self.assertEqual(p.ask("add_points kept v " + values), "0")
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "1"')
+        self.assertEqual(p.ask("get_curve_name kept 0"), '0 "v"')
+        self.assertIsNone(p.process.poll())
+
     def test_command_files_nest_and_record(self):
         p = self.peer
         os.mkdir(self.path("sub"))

@@ -1,4 +1,7 @@
 // The XML texts of drops and the clipboard, read back by an independent parser where it matters.
+#include <fstream>
+#include <sstream>
+
 #include <gtest/gtest.h>
 
 #include "app/core/cZelWaveXmlParser.h"
@@ -78,4 +81,25 @@ TEST(cZelWaveXmlParser, CurveListRoundTrip)
     ASSERT_TRUE(swept.annotations[0].parseData(values));
     EXPECT_EQ(values, (std::vector<double>{1e-9, 0.5}));
     EXPECT_EQ(swept.spicePwlSource, "V1 a 0 PWL(0 0 1 1)");
+}
+
+TEST(cZelWaveXmlParser, LineEndsAndTabsInNamesSurviveTheRoundTrip)
+{
+    // Found by fuzzing: a lone carriage return was written as it stood and read back as a
+    // line feed, so a curve list did not read back as it was written.
+    std::ifstream in(std::string(ZW_SOURCE_DIR) + "/tests/fuzz_inputs/xml/line_ends_in_attribute.xml", std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    cZelWaveXmlParser first;
+    ASSERT_TRUE(first.parseXmlString(text.str()));
+    ASSERT_EQ(first.curves().size(), 1u);
+    first.curves()[0].name = "a\rb\nc\td";
+    const std::string written = first.generateXmlString();
+    EXPECT_EQ(written.find('\r'), std::string::npos) << "line ends are written as references";
+    cZelWaveXmlParser second;
+    ASSERT_TRUE(second.parseXmlString(written));
+    ASSERT_EQ(second.curves().size(), 1u);
+    EXPECT_EQ(second.curves()[0].name, "a\rb\nc\td");
+    EXPECT_EQ(second.curves()[0].unit, first.curves()[0].unit);
+    EXPECT_EQ(second.generateXmlString(), written);
 }

@@ -23,12 +23,12 @@ TEST(DataFileSections, IdsCountUpAndAreNeverReused)
     EXPECT_EQ(store.findSectionFromId(idB), b);
     ASSERT_TRUE(store.removeDataSection(b));
     EXPECT_EQ(store.findSectionFromId(idB), nullptr);
-    cCurvePlotDataSection* c = store.addDataSection("c");
-    EXPECT_GT(c->getSectionId(), idB) << "the removed id doesn't come back";
+    const uint64_t idC = store.addDataSection("c")->getSectionId();
+    EXPECT_GT(idC, idB) << "the removed id doesn't come back";
     store.clear();
     EXPECT_EQ(store.getNbOfDataSections(), 0u);
     cCurvePlotDataSection* d = store.addDataSection("d");
-    EXPECT_GT(d->getSectionId(), c->getSectionId()) << "not even after clear";
+    EXPECT_GT(d->getSectionId(), idC) << "not even after clear";
     EXPECT_EQ(store.findSectionFromId(idA), nullptr);
     EXPECT_EQ(store.findSectionFromId(0), nullptr);
 }
@@ -109,9 +109,9 @@ TEST(DataFileFiles, EntriesAndShortNames)
     first.setMaxStepIndex(3);
     EXPECT_EQ(first.getMaxStepIndex(), 5u) << "only raised";
 
-    cCurvePlotDataSection* section = store.addDataSection(second);
+    const uint64_t sectionId = store.addDataSection(second)->getSectionId();
     EXPECT_TRUE(store.removeDbSupport("/sim/b/out.raw"));
-    EXPECT_EQ(store.findSectionFromId(section->getSectionId()), nullptr) << "its sections go with it";
+    EXPECT_EQ(store.findSectionFromId(sectionId), nullptr) << "its sections go with it";
     EXPECT_EQ(store.findDbSupportPtr("/sim/b/out.raw"), nullptr);
 }
 

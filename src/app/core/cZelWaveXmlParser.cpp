@@ -60,8 +60,9 @@ std::string elementText(const tinyxml2::XMLElement& element)
     return text ? vxString::trim(text) : std::string();
 }
 
-// Attribute values written by us: the five XML entities.
-std::string escape(const std::string& text)
+// Text written by us: the five XML entities. In attribute values line ends and tabs become
+// character references too, since a reader normalises them (a lone "\r" came back as "\n").
+std::string escape(const std::string& text, bool attribute = true)
 {
     std::string result;
     for (char c : text) {
@@ -71,6 +72,9 @@ std::string escape(const std::string& text)
         case '>': result += "&gt;"; break;
         case '"': result += "&quot;"; break;
         case '\'': result += "&apos;"; break;
+        case '\r': result += attribute ? "&#13;" : "\r"; break;
+        case '\n': result += attribute ? "&#10;" : "\n"; break;
+        case '\t': result += attribute ? "&#9;" : "\t"; break;
         default: result += c;
         }
     }
@@ -224,7 +228,7 @@ std::string cZelWaveXmlParser::generateCommandXmlString(const std::vector<std::s
 {
     std::string xml = "<?xml version=\"1.0\" ?>\n<vx_zelwave_command>";
     for (const auto& command : commands)
-        xml += "\n" + escape(command);
+        xml += "\n" + escape(command, false);
     xml += "\n</vx_zelwave_command>\n";
     return xml;
 }

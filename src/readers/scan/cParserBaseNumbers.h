@@ -184,7 +184,9 @@ double convertScaled(It from, const It& to, int power)
         std::string digits;
         for (++from; from != to; ++from)
             digits.push_back(*from);
-        exponent = std::strtol(digits.c_str(), nullptr, 10);
+        // Any exponent beyond this gives zero or infinity already; the bound keeps the sum with
+        // the suffix's power from overflowing.
+        exponent = std::clamp(std::strtol(digits.c_str(), nullptr, 10), -100000L, 100000L);
     }
     mantissa += "e" + std::to_string(exponent + power);
     double value = 0;

@@ -24,7 +24,9 @@ void cParser::parseSkip()
 {
     while (mPosition < mText.size()) {
         const char c = mText[mPosition];
-        if (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == ',') {
+        // Every blank that ends a value ends it here too (a vertical tab stopped a variable
+        // name without being skipped, and the variable list never ended).
+        if (std::isspace(static_cast<unsigned char>(c)) || c == ',') {
             ++mPosition;
         } else if (c == '#') {
             const size_t end = mText.find('\n', mPosition);
@@ -118,7 +120,13 @@ void cParser::parseVariables()
         for (const char* keyword : kKeywords)
             if (atKeyword(keyword))
                 return;
-        mVariables.push_back(parseValueText());
+        const size_t before = mPosition;
+        std::string name = parseValueText();
+        if (mPosition == before) {
+            ++mPosition;  // a character no rule takes: skipped, so that the list always ends
+            continue;
+        }
+        mVariables.push_back(std::move(name));
     }
 }
 
@@ -223,12 +231,20 @@ bool cParser::parseZone(cZone& zone)
             else if (keyword == "f" || keyword == "datapacking")
                 zone.block = lower.find("block") != std::string::npos;
         }
-        zone.points = i * j * k;
+        // Each value takes a digit and a separator at least: a size beyond what the text holds is
+        // wrong or the file is cut, and padding the zone to it would only exhaust memory.
+        uint64_t points = 0, values = 0;
+        const bool overflow = __builtin_mul_overflow(i, j, &points) || __builtin_mul_overflow(points, k, &points) ||
+                              __builtin_mul_overflow(points, std::max<size_t>(1, mVariables.size()), &values);
+        zone.oversized = overflow || values > mText.size() / 2;
+        zone.points = zone.oversized ? 0 : points;
     }
     if (mVariables.empty())
         return false;
     if (!parseData(zone))
         return false;
+    if (zone.oversized)
+        zone.complete = false;
     return !zone.values.empty();
 }
 
@@ -283,6 +299,9 @@ returnCode cCurvePlotParserTecPlotAscii::parseText(std::string_view text)
         for (size_t t = before; t < tables.size(); ++t)
             if (seen > 1 || tables[t].stepIndex)
                 tables[t].stepIndex = tables[t].stepIndex ? tables[t].stepIndex : seen;
+        if (zone.oversized)
+            warnMsg("TecPlot : the zone " + std::to_string(number) + " of \"" + mFileName +
+                    "\" declares more points than the file holds; its values are read as far as they go.");
         if (!zone.complete) {
             warnMsg("TecPlot : the zone " + std::to_string(number) + " of \"" + mFileName + "\" breaks off.");
             break;

@@ -20,6 +20,7 @@ struct cZone {
     bool block = false;
     std::vector<double> values;  // in file order
     bool complete = true;
+    bool oversized = false;  // I * J * K more than the text can hold: read what is there
 };
 
 // The scanner over the whole text; keywords are matched in lower case.

@@ -189,14 +189,18 @@ int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, 
     std::vector<cCollectSink> sinks(groups.size(), cCollectSink{wanted, all[wanted].width, real, scale, {}, {}, {}, {}, {}});
     std::vector<cError> errors(groups.size());
     std::vector<char> failedGroups(groups.size(), 0);
+    // What owns memory stays outside the bus error guard, whose jump skips destructors.
+    std::vector<cChunkResult> pieces(groups.size());
+    std::vector<std::vector<char>> buffers(groups.size(), std::vector<char>(context.valueBufferSize));
     auto scanGroup = [&](size_t g) {
         for (size_t e = groups[g].first; e < groups[g].second; ++e) {
-            cChunkResult piece;
+            cChunkResult& piece = pieces[g];
+            piece = cChunkResult();
             piece.begin = data + entries[e].first;
             piece.end = piece.begin + entries[e].second;
             piece.first = entries[e].first == valueStart;
             sinks[g].newPiece();
-            if (!cCurveParserVcdScanner<cCollectSink>(context, sinks[g], piece).run()) {
+            if (!cCurveParserVcdScanner<cCollectSink>(context, sinks[g], piece, buffers[g]).run()) {
                 errors[g] = piece.error;
                 failedGroups[g] = 1;
                 return;

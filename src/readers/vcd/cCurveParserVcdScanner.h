@@ -69,10 +69,13 @@ void releasePages(const char*& released, const char* upTo);
 template <class Sink>
 class cCurveParserVcdScanner {
 public:
-    cCurveParserVcdScanner(const cScanContext& context, Sink& sink, cChunkResult& result)
-        : mContext(context), mSink(sink), mResult(result), mSignals(context.signals->data()),
-          mBuffer(context.valueBufferSize)
+    // buffer holds a value while it is read (context.valueBufferSize bytes). The caller owns it,
+    // and the sink, outside the bus error guard: a bus error skips every destructor in the guard.
+    cCurveParserVcdScanner(const cScanContext& context, Sink& sink, cChunkResult& result, std::vector<char>& buffer)
+        : mContext(context), mSink(sink), mResult(result), mSignals(context.signals->data()), mBuffer(buffer)
     {
+        if (mBuffer.size() < context.valueBufferSize)
+            mBuffer.resize(context.valueBufferSize);
     }
 
     // Scans the piece; false on a fault (in the result) or an interruption.
@@ -456,7 +459,7 @@ private:
     Sink& mSink;
     cChunkResult& mResult;
     const cSignal* mSignals;
-    std::vector<char> mBuffer;
+    std::vector<char>& mBuffer;
     const char* mPosition = nullptr;
     const char* mEnd = nullptr;
     const char* mEntry = nullptr;

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <functional>
 #include <future>
+#include <memory>
 #include <thread>
 
 #include "readers/scan/cBusErrorGuard.h"
@@ -157,15 +158,17 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         if (sequential)
             pieces.assign(1, {mPosition, mEnd});
         chunks.assign(pieces.size(), cChunkResult());
+        // Sinks and buffers live outside the tasks, which run under the bus error guard.
+        std::vector<std::unique_ptr<cCountSink>> sinks(pieces.size());
+        std::vector<std::vector<char>> buffers(pieces.size());
         std::vector<std::function<void()>> tasks;
         for (size_t k = 0; k < pieces.size(); ++k) {
             chunks[k].begin = pieces[k].first;
             chunks[k].end = pieces[k].second;
             chunks[k].first = k == 0;
-            tasks.push_back([&, k] {
-                cCountSink sink(chunks[k], signalCount);
-                cCurveParserVcdScanner<cCountSink>(context, sink, chunks[k]).run();
-            });
+            sinks[k] = std::make_unique<cCountSink>(chunks[k], signalCount);
+            buffers[k].resize(context.valueBufferSize);
+            tasks.push_back([&, k] { cCurveParserVcdScanner<cCountSink>(context, *sinks[k], chunks[k], buffers[k]).run(); });
         }
         if (!runTasks(tasks, interrupted, checkInterrupted))
             cut = true;
@@ -338,15 +341,17 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
     // ---- Second pass: every piece writes its records to their places.
     std::vector<std::function<void()>> tasks;
     std::vector<cChunkResult> again(used);
+    std::vector<std::unique_ptr<cStoreSink>> storeSinks(used);
+    std::vector<std::vector<char>> buffers(used);
     for (size_t k = 0; k < used; ++k) {
         again[k].begin = chunks[k].begin;
         again[k].end = chunks[k].failed ? chunks[k].cut : chunks[k].end;
         again[k].first = chunks[k].first;
         again[k].dumpOffAtStart = chunks[k].dumpOffAtStart;
-        tasks.push_back([&, k] {
-            cStoreSink sink(targets, std::move(firstRecords[k]), maxWidth, mTimeScaleFactor);
-            cCurveParserVcdScanner<cStoreSink>(context, sink, again[k]).run();
-        });
+        storeSinks[k] = std::make_unique<cStoreSink>(targets, std::move(firstRecords[k]), maxWidth, mTimeScaleFactor);
+        buffers[k].resize(context.valueBufferSize);
+        tasks.push_back(
+            [&, k] { cCurveParserVcdScanner<cStoreSink>(context, *storeSinks[k], again[k], buffers[k]).run(); });
     }
     const bool complete = runTasks(tasks, interrupted, checkInterrupted);
     if (interrupted || checkIsInterrupted()) {
