@@ -9,6 +9,7 @@
 
 #include <unistd.h>
 
+#include "../base/testSupport.h"
 #include "expressions/cPostProcessCurveDescriptionUser.h"
 #include "expressions/postProcessOperators.h"
 
@@ -16,26 +17,6 @@ using namespace vx3;
 using namespace vx3::postProcess;
 
 namespace {
-
-class cTempDir {
-public:
-    cTempDir()
-    {
-        std::string pattern = "/tmp/zw_expressions_test_XXXXXX";
-        const char* made = ::mkdtemp(pattern.data());
-        mPath = made ? made : "";
-    }
-    ~cTempDir()
-    {
-        std::error_code error;
-        if (!mPath.empty())
-            std::filesystem::remove_all(mPath, error);
-    }
-    const std::string& path() const { return mPath; }
-
-private:
-    std::string mPath;
-};
 
 template <class T>
 std::vector<T> readRaw(const std::string& path)
@@ -103,7 +84,7 @@ void checkCase(const std::string& folder, int number)
 
 TEST(CurveEngine, TwoCurvesOnUnlikeGridsAgainstNumpy)
 {
-    cTempDir folder;
+    zwtest::cTempDir folder("zw_expressions_test_");
     ASSERT_FALSE(folder.path().empty());
     const std::string script = std::string(ZW_SOURCE_DIR) + "/tests/expressions/oracles/two_curves.py";
     const std::string command = "/usr/bin/python3 '" + script + "' '" + folder.path() + "' 7";
@@ -115,7 +96,7 @@ TEST(CurveEngine, TwoCurvesOnUnlikeGridsAgainstNumpy)
 
 TEST(CurveEngine, RealWithComplexAgainstNumpy)
 {
-    cTempDir folder;
+    zwtest::cTempDir folder("zw_expressions_test_");
     ASSERT_FALSE(folder.path().empty());
     const std::string script = std::string(ZW_SOURCE_DIR) + "/tests/expressions/oracles/two_curves.py";
     const std::string command = "/usr/bin/python3 '" + script + "' '" + folder.path() + "' 11";
@@ -241,7 +222,7 @@ TEST(CurveEngine, SharedAndNonMonotoneAxes)
 TEST(CurveEngine, CurvesOfTheStoreMakeANewCurve)
 {
     // Two sections with their own x-axes, as two files give them; the numbers from numpy.
-    cTempDir folder;
+    zwtest::cTempDir folder("zw_expressions_test_");
     ASSERT_FALSE(folder.path().empty());
     const std::string script = std::string(ZW_SOURCE_DIR) + "/tests/expressions/oracles/two_curves.py";
     const std::string command = "/usr/bin/python3 '" + script + "' '" + folder.path() + "' 11";

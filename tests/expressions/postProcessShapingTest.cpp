@@ -11,19 +11,14 @@
 
 #include "expressions/postProcessShaping.h"
 
+#include "expressionTestSupport.h"
+
 using namespace vx3;
 using namespace vx3::postProcess;
 
 namespace {
 
-std::vector<double> readDoubles(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::vector<char> bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    std::vector<double> values(bytes.size() / sizeof(double));
-    std::memcpy(values.data(), bytes.data(), values.size() * sizeof(double));
-    return values;
-}
+using zwexpressions::readDoubles;
 
 void writeDoubles(const std::string& path, const std::vector<double>& values)
 {

@@ -26,6 +26,20 @@ constexpr uint64_t kMaxRunScanBytes = 256u << 20;
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v'; }
 
+// The binary rows of a plot as the layout functions see them.
+curvePlotParserNutmeg::cBinaryBlock binaryBlockOf(const char* text, uint64_t size,
+                                                  const curvePlotParserNutmeg::cPlot& plot)
+{
+    curvePlotParserNutmeg::cBinaryBlock block;
+    block.data = text;
+    block.size = size;
+    block.position = plot.header.dataPosition;
+    block.nbOfVariables = plot.header.variables.size();
+    block.complex = plot.header.complex;
+    block.headerPoints = plot.header.nbOfPoints;
+    return block;
+}
+
 void skipBlanks(const char* text, uint64_t size, uint64_t& position)
 {
     while (position < size && isBlank(text[position]))
@@ -106,13 +120,7 @@ unsigned cCurvePlotParserNutmeg::chooseBinaryDbType(bool isReload, const cPlot& 
         }
         return dbTypeOf(layout, big);
     }
-    cBinaryBlock block;
-    block.data = text;
-    block.size = size;
-    block.position = plot.header.dataPosition;
-    block.nbOfVariables = plot.header.variables.size();
-    block.complex = plot.header.complex;
-    block.headerPoints = plot.header.nbOfPoints;
+    cBinaryBlock block = binaryBlockOf(text, size, plot);
     unsigned allowed = 7;
     if (plot.header.singlePrecision)
         allowed = (1u << layout_single) | (1u << layout_single_double_sweep);
@@ -125,13 +133,7 @@ void cCurvePlotParserNutmeg::readBinaryPlot(const char* text, uint64_t size, uns
 {
     const unsigned layout = layoutOfDbType(dbType);
     const bool big = fileDbSupport::checkIsBigEndian(dbType);
-    cBinaryBlock block;
-    block.data = text;
-    block.size = size;
-    block.position = plot.header.dataPosition;
-    block.nbOfVariables = plot.header.variables.size();
-    block.complex = plot.header.complex;
-    block.headerPoints = plot.header.nbOfPoints;
+    cBinaryBlock block = binaryBlockOf(text, size, plot);
     plot.rowPosition = block.position;
     plot.stride = computeStride(block.nbOfVariables, block.complex, layout);
     bool fewer = false;
