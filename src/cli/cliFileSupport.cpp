@@ -135,6 +135,21 @@ bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std
     return false;
 }
 
+bool loadValues(cCurvePlotDataSection& section, const cCurvePlotVariable& curve, uint64_t index, bool isSweep,
+                const std::string& subcommand, std::ostream& err, bool* loaded)
+{
+    cVxLogger logger;
+    cCurvePlotVariable& values = const_cast<cCurvePlotVariable&>(curve);
+    const bool load = !isSweep && !values.checkHasStorage();
+    if (section.loadSweepVariablesFromDb(logger) != ok || (load && values.loadDataFromDb(logger, &section, index) != ok)) {
+        err << "zelwave-cli " << subcommand << ": the values of \"" << curve.name() << "\" can't be loaded\n";
+        return false;
+    }
+    if (loaded)
+        *loaded = load && values.checkHasStorage();
+    return true;
+}
+
 std::string csvField(const std::string& text)
 {
     if (text.find_first_of(",\"\r\n") == std::string::npos)

@@ -40,6 +40,12 @@ struct cCurveChoice {
 bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& name,
                const std::string& subcommand, std::ostream& err, cCurveChoice& choice);
 
+// The section's x axes and, unless it is a sweep, the curve's values, for the values that a file
+// keeps until they are used; values in memory stay as they are. loaded says whether the curve
+// was loaded here. False with a message on err.
+bool loadValues(cCurvePlotDataSection& section, const cCurvePlotVariable& curve, uint64_t index, bool isSweep,
+                const std::string& subcommand, std::ostream& err, bool* loaded = nullptr);
+
 // Full precision that reads back to the same double.
 std::string number(double value);
 // A CSV cell: names with a separator, a quote or a line end are quoted, quotes doubled.

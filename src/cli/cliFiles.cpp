@@ -129,17 +129,14 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         // Every digital curve of the section, for comparing whole dumps.
         out << "curve,time,state\n";
         std::ostringstream lines;
-        cVxLogger logger;
         for (uint64_t c = 0; c < section.getNbOfVariables(); ++c) {
             cCurvePlotVariable& curve = section.getVariable(c);
             if (curve.checkMustClose() || !curve.getType() || !curve.getType()->checkIsDigital())
                 continue;
             // One curve in memory at a time.
-            const bool load = curve.checkNeedsLoading() && !curve.checkHasStorage();
-            if (load && curve.loadDataFromDb(logger, &section, c) != ok) {
-                err << "zelwave-cli dump: the values of \"" << curve.name() << "\" can't be loaded\n";
+            bool load = false;
+            if (!loadValues(section, curve, c, false, "dump", err, &load))
                 return 1;
-            }
             if (!checkIsLogicChangeCurve(curve))
                 continue;
             lines.str(std::string());
@@ -167,15 +164,8 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         return 1;
     }
     const std::string xName = sweeps ? section.getSweepVariable(sweeps - 1).name() : "x";
-    // Values that stay in the file until asked for: the x axes and the curve.
-    cVxLogger logger;
-    cCurvePlotVariable& values = const_cast<cCurvePlotVariable&>(*curve);
-    if (section.loadSweepVariablesFromDb(logger) != ok ||
-        (!values.checkHasStorage() &&
-         values.loadDataFromDb(logger, &section, index, index == cCurvePlotDataSection::npos) != ok)) {
-        err << "zelwave-cli dump: the values of \"" << curve->name() << "\" can't be loaded\n";
+    if (!loadValues(section, *curve, index, sweepCurve != nullptr, "dump", err))
         return 1;
-    }
     if (checkIsLogicChangeCurve(*curve)) {
         out << csvField(xName) << ',' << csvField(curve->name()) << '\n';
         dumpLogicChanges(section, *curve, options.hasFlag("--ticks"), out);

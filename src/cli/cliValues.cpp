@@ -40,13 +40,9 @@ bool openCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std
 bool curveVectors(const std::string& subcommand, std::ostream& err, cCurveChoice& choice,
                   curvePlotFunctionArgs::cDataVectors& vectors, std::vector<double>& indices)
 {
-    cCurvePlotVariable& curve = const_cast<cCurvePlotVariable&>(*choice.curve);
-    cVxLogger logger;
-    if (choice.section->loadSweepVariablesFromDb(logger) != ok ||
-        (!choice.isSweep && curve.loadDataFromDb(logger, choice.section, choice.index) != ok)) {
-        err << "zelwave-cli " << subcommand << ": the values of \"" << curve.name() << "\" can't be loaded\n";
+    const cCurvePlotVariable& curve = *choice.curve;
+    if (!loadValues(*choice.section, curve, choice.index, choice.isSweep, subcommand, err))
         return false;
-    }
     if (!curve.computeDataVectors(*choice.section, vectors) || !vectors.count) {
         err << "zelwave-cli " << subcommand << ": \"" << curve.name() << "\" has no real or complex values\n";
         return false;
@@ -89,12 +85,8 @@ int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ost
     if (!openCurve(store, options, "at", err, choice))
         return 1;
     if (!choice.isSweep && choice.curve->getType() && choice.curve->getType()->checkIsDigital()) {
-        cVxLogger logger;
-        if (choice.curve->checkNeedsLoading() && !choice.curve->checkHasStorage() &&
-            const_cast<cCurvePlotVariable*>(choice.curve)->loadDataFromDb(logger, choice.section, choice.index) != ok) {
-            err << "zelwave-cli at: the values of \"" << choice.curve->name() << "\" can't be loaded\n";
+        if (!loadValues(*choice.section, *choice.curve, choice.index, false, "at", err))
             return 1;
-        }
         // A logic state holds from its change to the next one.
         const unsigned radix = options.hasFlag("--hex")   ? derivedCurveFunction::hexadecimal
                                : options.hasFlag("--dec") ? derivedCurveFunction::decimal

@@ -49,7 +49,6 @@ void cCurveParserVcdBase::clear()
     mScopes.clear();
     mOpenScopes.clear();
     mRootRanges.clear();
-    mScopeStack.clear();
     mDumpOffIntervals.clear();
     mMaxWidth = 1;
     mStepCount = 0;
@@ -114,13 +113,12 @@ void cCurveParserVcdBase::openScope(const std::string& type, const std::string& 
     scope.type = type;
     scope.name = name;
     scope.parent = mOpenScopes.empty() ? kNoSignal : mOpenScopes.back();
-    scope.fullName = mScopeStack.empty() ? name : currentScopePath() + "." + name;
+    scope.fullName = mOpenScopes.empty() ? name : currentScopePath() + "." + name;
     const uint32_t index = static_cast<uint32_t>(mScopes.size());
     if (scope.parent != kNoSignal)
         mScopes[scope.parent].children.push_back(index);
     mScopes.push_back(std::move(scope));
     mOpenScopes.push_back(index);
-    mScopeStack.push_back(name);
 }
 
 bool cCurveParserVcdBase::closeScope()
@@ -128,7 +126,6 @@ bool cCurveParserVcdBase::closeScope()
     if (mOpenScopes.empty())
         return false;
     mOpenScopes.pop_back();
-    mScopeStack.pop_back();
     return true;
 }
 

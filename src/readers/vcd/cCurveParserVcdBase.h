@@ -118,7 +118,6 @@ protected:
     bool mDeltaCyclesUsed = false;
     bool mOverwritten = false;
     std::vector<uint64_t> mDumpOffIntervals;
-    std::vector<std::string> mScopeStack;  // names of the open scopes
     cCurvePlotSweepVariable* mSweep = nullptr;
 
 private:

@@ -54,8 +54,6 @@ public:
         curve = mDense[index];
         return true;
     }
-    // The printed code of a dense index, for messages.
-    std::string indexToCode(uint64_t index) const { return vectorIndexToCode(index); }
     bool checkUsesMap() const { return !mMap.empty(); }
     uint64_t size() const { return mDense.size(); }
     void clear();

@@ -40,15 +40,9 @@ struct cCollectSink {
     {
         if (signal != wanted || isReal)
             return;
-        const char* value = bits;
-        if (n < width) {
-            const char fill = bits[0] == 'x' || bits[0] == 'z' ? bits[0] : '0';
-            extended.assign(width - n, fill);
-            extended.insert(extended.end(), bits, bits + n);
-            value = extended.data();
-        } else if (n > width) {
-            value = bits + (n - width);
-        }
+        if (extended.size() < width)
+            extended.resize(width);
+        const char* value = fitToWidth(bits, n, width, extended.data());
         if (lastStep == step && !positions.empty()) {
             std::memcpy(states.data() + states.size() - width, value, width);
             return;
@@ -79,7 +73,6 @@ public:
     using cCurveParserVcdBase::codes;
     using cCurveParserVcdBase::signals;
     using cCurveParserVcdBase::getMaxWidth;
-    uint64_t valueSectionStart(const char* begin) const { return static_cast<uint64_t>(position() - begin); }
 };
 }  // namespace
 
@@ -162,7 +155,6 @@ int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, 
     context.releasePages = mapped;
     context.validated = true;
     context.onlyHead = all[wanted].head;
-    const uint64_t valueStart = declarations.valueSectionStart(data);
     // The pieces in groups of about equal size, one thread each; a group's records are copied
     // into the block once all groups are done, in the order of the pieces.
     std::vector<std::pair<uint64_t, uint64_t>> entries(curve.getNbOfDbEntries());
@@ -198,7 +190,6 @@ int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, 
             piece = cChunkResult();
             piece.begin = data + entries[e].first;
             piece.end = piece.begin + entries[e].second;
-            piece.first = entries[e].first == valueStart;
             sinks[g].newPiece();
             if (!cCurveParserVcdScanner<cCollectSink>(context, sinks[g], piece, buffers[g]).run()) {
                 errors[g] = piece.error;

@@ -117,9 +117,7 @@ bool cCurveParserVcdImpl::parseStringUntilEnd(std::string& text)
 
 bool cCurveParserVcdImpl::fail(const char* at, const std::string& text)
 {
-    mError.position = offsetOf(at);
-    mError.text = text;
-    printDebugMessage(mError.position, text);
+    printDebugMessage(offsetOf(at), text);
     return false;
 }
 

@@ -35,7 +35,6 @@ returnCode cCurveParserVcdImpl::parseFileImpl(const char* begin, const char* end
         mBegin = mPosition = begin;
         mEnd = end;
         mFileName = fileName;
-        mError = cError();
         cFileDbSupport& file = initDbSupport(fileName, fileDbSupport::vcd_63);
         // A mapping made for loads before the file grew would show its old size.
         if (checkIsReload())

@@ -26,14 +26,8 @@ public:
     // every value at once. By default 256 MB, or the option
     // prop_parser_option_minimum_size_for_db_access (bytes) when larger; negative: never.
     void setMinimumSizeForDbAccess(uint64_t bytes) { mMinimumSizeForDbAccess = bytes; mSizeChosen = true; }
-    // Where the values begin: the loader starts there.
-    uint64_t getValueSectionStart() const { return mValueSectionStart; }
-    // Where the scan stands (after a detection: the start of the values).
-    const char* position() const { return mPosition; }
     // Pieces the last read of values used (1: one sequential pass).
     uint64_t getNbOfPiecesRead() const { return mPiecesRead; }
-    // Where the last failure was found, and its text.
-    const curveParserVcd::cError& lastError() const { return mError; }
 
 private:
     // ---- Declarations
@@ -62,12 +56,10 @@ private:
     bool mMapped = false;
     unsigned mMaxThreads = 0;
     uint64_t mPiecesRead = 0;
-    uint64_t mValueSectionStart = 0;
     uint64_t mMinimumSizeForDbAccess = 0;
     bool mSizeChosen = false;
     bool readValuesNow();
     uint64_t mMinPieceSize = uint64_t(4) << 20;
-    curveParserVcd::cError mError;
 };
 
 }  // namespace vx3

@@ -38,7 +38,6 @@ struct cScanContext {
 struct cChunkResult {
     const char* begin = nullptr;
     const char* end = nullptr;
-    bool first = false;          // values before any time belong to time 0
     bool dumpOffAtStart = false;  // a $dumpoff of an earlier piece is still in force
 
     bool failed = false;

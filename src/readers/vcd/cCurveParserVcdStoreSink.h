@@ -10,6 +10,21 @@
 
 namespace vx3::curveParserVcd {
 
+// A value of n states at the width of its variable: a narrower one is extended on the left as
+// Verilog does (x and z repeat, anything else extends with 0), a wider one keeps its right-most
+// states. buffer holds at least width characters.
+inline const char* fitToWidth(const char* bits, uint64_t n, uint64_t width, char* buffer)
+{
+    if (n > width)
+        return bits + (n - width);
+    if (n == width)
+        return bits;
+    const char fill = bits[0] == 'x' || bits[0] == 'z' ? bits[0] : '0';
+    std::memset(buffer, fill, width - n);
+    std::memcpy(buffer + (width - n), bits, n);
+    return buffer;
+}
+
 // Where the records of one variable go.
 struct cTarget {
     uint64_t* positions = nullptr;
@@ -47,16 +62,7 @@ struct cStoreSink {
         if (!target.positions)
             return;  // a load of other variables
         const uint64_t width = target.width;
-        const char* value = bits;
-        if (n < width) {
-            // Verilog's left extension: x and z repeat, anything else extends with 0.
-            const char fill = bits[0] == 'x' || bits[0] == 'z' ? bits[0] : '0';
-            std::memset(extended.data(), fill, width - n);
-            std::memcpy(extended.data() + (width - n), bits, n);
-            value = extended.data();
-        } else if (n > width) {
-            value = bits + (n - width);
-        }
+        const char* value = fitToWidth(bits, n, width, extended.data());
         const uint64_t index = slot(signal, step);
         target.positions[index] = time;
         if (width == 1)

@@ -165,7 +165,6 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         for (size_t k = 0; k < pieces.size(); ++k) {
             chunks[k].begin = pieces[k].first;
             chunks[k].end = pieces[k].second;
-            chunks[k].first = k == 0;
             sinks[k] = std::make_unique<cCountSink>(chunks[k], signalCount);
             buffers[k].resize(context.valueBufferSize);
             tasks.push_back([&, k] { cCurveParserVcdScanner<cCountSink>(context, *sinks[k], chunks[k], buffers[k]).run(); });
@@ -229,7 +228,6 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
     if (failedChunk) {
         printDebugMessage(failedChunk->error.position, failedChunk->error.text);
         errorMsg("Failed to parse value section");
-        mError = failedChunk->error;
         // Steps before the faulty one were complete and stay.
         if (steps < 2) {
             code = file_format_recognized;
@@ -296,7 +294,6 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
         for (const auto& [signal, piece] : chunk.presence)
             all[signal].curve->addDbEntry(pieceStart[base + piece], pieceSize[base + piece]);
     }
-    mValueSectionStart = static_cast<uint64_t>(mPosition - mBegin);
 
     if (!readValuesNow()) {
         // The values stay in the file until a curve is shown.
@@ -346,7 +343,6 @@ bool cCurveParserVcdImpl::parseSimulationSection(returnCode& code)
     for (size_t k = 0; k < used; ++k) {
         again[k].begin = chunks[k].begin;
         again[k].end = chunks[k].failed ? chunks[k].cut : chunks[k].end;
-        again[k].first = chunks[k].first;
         again[k].dumpOffAtStart = chunks[k].dumpOffAtStart;
         storeSinks[k] = std::make_unique<cStoreSink>(targets, std::move(firstRecords[k]), maxWidth, mTimeScaleFactor);
         buffers[k].resize(context.valueBufferSize);
