@@ -40,8 +40,9 @@ void sinCosDegrees(double x, double& s, double& c)
     double r = std::fmod(x, 360.0);  // exact
     const double quadrant = std::nearbyint(r / 90);
     r -= quadrant * 90;  // exact: |r| <= 360 and quadrant * 90 is representable
-    const double rs = std::sin(r * kRadiansPerDegree);
-    const double rc = r == 0 ? 1.0 : std::cos(r * kRadiansPerDegree);
+    // At 45 degrees sine and cosine are the same number, so that tand(45) is 1.
+    const double rs = std::fabs(r) == 45 ? std::copysign(std::numbers::sqrt2 / 2, r) : std::sin(r * kRadiansPerDegree);
+    const double rc = r == 0 ? 1.0 : (std::fabs(r) == 45 ? std::numbers::sqrt2 / 2 : std::cos(r * kRadiansPerDegree));
     const double sr = r == 0 ? 0.0 : rs;
     switch ((static_cast<int>(quadrant) % 4 + 4) % 4) {
     case 0: s = sr; c = rc; break;
@@ -56,21 +57,30 @@ void sinCosDegrees(double x, double& s, double& c)
         c = 0.0;
 }
 
-// Halley's method on erf(x) = y (or erfc(x) = 1 - y in the tails, where 1 - y is exact).
-// Both functions have f''/f' = -2x, which gives the step dx / (1 + x dx) with dx = f / f'.
+// Refines a first guess x of erfinv(y), y in (0, 1). In the middle Halley's method on
+// erf(x) = y, where f''/f' = -2x gives the step dx / (1 + x dx) with dx = f / f'. In the tail
+// Newton's method on log(erfc(x)) = log(1 - y), with 1 - y exact: the logarithm is nearly a
+// parabola there, so the steps stay good even where erfc itself changes by orders of magnitude.
 double refineInverseErf(double x, double y, bool tail)
 {
     constexpr double kTwoOverSqrtPi = 1.1283791670955126;
-    const double target = tail ? 1 - y : y;
-    for (int i = 0; i < 3; ++i) {
-        const double derivative = kTwoOverSqrtPi * std::exp(-x * x);
-        if (derivative == 0)
-            break;
-        const double residual = tail ? -(std::erfc(x) - target) : std::erf(x) - target;
-        const double dx = residual / derivative;
+    if (tail) {
+        const double logTarget = std::log(1 - y);
+        for (int i = 0; i < 60; ++i) {
+            const double complement = std::erfc(x);
+            const double slope = -kTwoOverSqrtPi * std::exp(-x * x) / complement;
+            const double step = (std::log(complement) - logTarget) / slope;
+            x -= step;
+            if (!(std::fabs(step) > 1e-16 * x))
+                break;
+        }
+        return x;
+    }
+    for (int i = 0; i < 4; ++i) {
+        const double dx = (std::erf(x) - y) / (kTwoOverSqrtPi * std::exp(-x * x));
         const double step = dx / (1 + x * dx);
         x -= step;
-        if (std::fabs(step) <= 1e-17 * std::fabs(x))
+        if (!(std::fabs(step) > 1e-17 * x))
             break;
     }
     return x;
