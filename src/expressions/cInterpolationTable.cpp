@@ -210,4 +210,61 @@ void cInterpolationTable::evaluate(const std::vector<double>& xs, std::vector<do
         result[i] = evaluate(xs[i]);
 }
 
+// Layout: kind, point count, coefficient count, spline flag, then the abscissas, the ordinates or
+// coefficients, and the second derivatives if there are any.
+void cInterpolationTable::store(std::vector<double>& values) const
+{
+    if (!mPrepared)
+        return;
+    values.push_back(static_cast<double>(mKind));
+    values.push_back(static_cast<double>(mX.size()));
+    values.push_back(static_cast<double>(mY.size()));
+    values.push_back(mSecond.empty() ? 0.0 : 1.0);
+    values.insert(values.end(), mX.begin(), mX.end());
+    values.insert(values.end(), mY.begin(), mY.end());
+    values.insert(values.end(), mSecond.begin(), mSecond.end());
+}
+
+bool cInterpolationTable::restore(const double* values, size_t count)
+{
+    mPrepared = false;
+    mX.clear();
+    mY.clear();
+    mSecond.clear();
+    mOrder = 0;
+    if (count < 4)
+        return false;
+    const double type = values[0], points = values[1], coefficients = values[2], spline = values[3];
+    auto whole = [](double v) { return v >= 0 && v <= 1e12 && v == std::trunc(v); };
+    if (!whole(type) || type > static_cast<double>(kind::extrapolate_spline) || !whole(points) ||
+        !whole(coefficients) || (spline != 0 && spline != 1))
+        return false;
+    const auto nx = static_cast<size_t>(points), ny = static_cast<size_t>(coefficients);
+    const size_t ns = spline == 1 ? nx : 0;
+    if (count != 4 + nx + ny + ns)
+        return false;
+    const kind k = static_cast<kind>(static_cast<int>(type));
+    const bool isSpline = k == kind::interpolate_spline || k == kind::extrapolate_spline;
+    if (isSpline != (spline == 1))
+        return false;
+    // The same checks as prepare, so that evaluate can trust the sizes.
+    std::vector<double> xs(values + 4, values + 4 + nx);
+    bool sizesFit;
+    if (k == kind::poly)
+        sizesFit = nx == 0 && ny > 0;
+    else if (k == kind::piecewise_poly)
+        sizesFit = nx >= 2 && ny > 0 && ny % (nx - 1) == 0;
+    else
+        sizesFit = ny == nx && nx >= (k == kind::interpolate_poly || k == kind::extrapolate_poly ? 1u : 2u);
+    if (!sizesFit || !checkRising(xs))
+        return false;
+    mKind = k;
+    mX = std::move(xs);
+    mY.assign(values + 4 + nx, values + 4 + nx + ny);
+    mSecond.assign(values + 4 + nx + ny, values + count);
+    mOrder = k == kind::piecewise_poly ? ny / (nx - 1) : 0;
+    mPrepared = true;
+    return true;
+}
+
 }  // namespace vx3

@@ -45,6 +45,12 @@ public:
     double evaluate(double x) const;
     void evaluate(const std::vector<double>& xs, std::vector<double>& result) const;
 
+    // The prepared table as numbers, appended to values, so that it can live in an expression
+    // node and be taken up again by restore without preparing anew. restore is false (and the
+    // table empty) for numbers that no table wrote.
+    void store(std::vector<double>& values) const;
+    bool restore(const double* values, size_t count);
+
 private:
     size_t findPiece(double x) const;  // index i of the piece [x_i, x_i+1] holding x, ends extended
     double evaluatePolynomialThroughPoints(double x) const;

@@ -125,6 +125,26 @@ TEST(InterpolationTable, SmallTablesAndBadInput)
         EXPECT_TRUE(std::isnan(table.evaluate(0.5)));
     }
 
+    // A stored table is taken up again as it was; numbers it didn't write are refused.
+    for (kind type : {kind::poly, kind::piecewise_poly, kind::interpolate_poly, kind::interpolate_linear,
+                      kind::interpolate_spline, kind::extrapolate_poly, kind::extrapolate_linear, kind::extrapolate_spline}) {
+        const std::vector<double> xs = {0, 0.5, 1.5, 3, 3.25}, ys = {1, -2, 0.5, 4, 3};
+        const auto table = type == kind::poly ? prepared(type, ys, {}) : prepared(type, xs, type == kind::piecewise_poly ? std::vector<double>{1, 2, 3, 4, 5, 6, 7, 8} : ys);
+        std::vector<double> stored = {42};  // appended after what is there
+        table.store(stored);
+        cInterpolationTable copy;
+        ASSERT_TRUE(copy.restore(stored.data() + 1, stored.size() - 1)) << static_cast<int>(type);
+        EXPECT_EQ(copy.getKind(), type);
+        for (double x = -1; x < 4.5; x += 0.125) {
+            const double a = table.evaluate(x), b = copy.evaluate(x);
+            EXPECT_TRUE(a == b || (std::isnan(a) && std::isnan(b))) << x;
+        }
+        EXPECT_FALSE(copy.restore(stored.data() + 1, stored.size() - 2));
+        EXPECT_FALSE(copy.checkIsPrepared());
+        stored[2] = 99;  // a point count that doesn't fit
+        EXPECT_FALSE(copy.restore(stored.data() + 1, stored.size() - 1));
+    }
+
     kind k;
     EXPECT_TRUE(interpolationTable::getKindOfFunction(baseExpression::op_function_extrapolate_spline, k));
     EXPECT_EQ(k, kind::extrapolate_spline);
