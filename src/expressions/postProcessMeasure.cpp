@@ -3,52 +3,115 @@
 namespace vx3::postProcess {
 
 cStateLevelHistogram::cStateLevelHistogram(double minimum, double maximum)
-    : mMinimum(minimum), mMaximum(maximum), mWeights(kBins, 0.0L), mWeightedSums(kBins, 0.0L)
+    : mMinimum(minimum),
+      mMaximum(maximum),
+      mWeights(kBins, 0.0L),
+      mWeightedSums(kBins, 0.0L),
+      mCandidates(kBins, NAN),
+      mVotes(kBins, 0.0L)
 {
+}
+
+int cStateLevelHistogram::binOf(double y) const
+{
+    const double position = (y - mMinimum) / (mMaximum - mMinimum) * kBins;
+    return static_cast<int>(std::clamp(position, 0.0, static_cast<double>(kBins - 1)));
 }
 
 void cStateLevelHistogram::add(double y, double weight)
 {
     if (!(weight > 0) || std::isnan(y))
         return;
-    const double position = (y - mMinimum) / (mMaximum - mMinimum) * kBins;
-    const auto bin = static_cast<unsigned>(std::clamp(position, 0.0, static_cast<double>(kBins - 1)));
+    const int bin = binOf(y);
     mWeights[bin] += weight;
     mWeightedSums[bin] += static_cast<long double>(weight) * y;
+    // A weighted majority vote: a value that holds more than half of the bin's weight wins.
+    if (y == mCandidates[bin]) {
+        mVotes[bin] += weight;
+    } else if (mVotes[bin] >= weight) {
+        mVotes[bin] -= weight;
+    } else {
+        mCandidates[bin] = y;
+        mVotes[bin] = weight - mVotes[bin];
+    }
+}
+
+int cStateLevelHistogram::modeOfHalf(int first, int step) const
+{
+    constexpr int kHalf = kBins / 2;
+    const int lo = std::min(first, first + step * (kHalf - 1)), hi = std::max(first, first + step * (kHalf - 1));
+    long double total = 0, best = 0;
+    int mode = -1;
+    // From the half's outer end, so that a tie goes outwards.
+    for (int k = 0, bin = first; k < kHalf; ++k, bin += step) {
+        total += mWeights[bin];
+        if (mWeights[bin] > best) {
+            best = mWeights[bin];
+            mode = bin;
+        }
+    }
+    if (mode < 0)
+        return -1;
+    // A dwell rather than a bin that a ramp's samples happen to fill twice: the neighbourhood
+    // holds a good part of the half, also when noise spreads the level over a few bins.
+    long double around = 0;
+    for (int bin = std::max(lo, mode - kDwellWindow); bin <= std::min(hi, mode + kDwellWindow); ++bin)
+        around += mWeights[bin];
+    return around >= total * kDwellShare ? mode : -1;
+}
+
+void cStateLevelHistogram::finishFirstPass()
+{
+    mModes[0] = modeOfHalf(0, 1);
+    mModes[1] = modeOfHalf(kBins - 1, -1);
+    for (int k = 0; k < 2; ++k) {
+        mFineWeights[k].assign(kFineBins, 0.0L);
+        mFineSums[k].assign(kFineBins, 0.0L);
+    }
+}
+
+void cStateLevelHistogram::confirm(double y, double weight)
+{
+    if (!(weight > 0) || std::isnan(y))
+        return;
+    const int bin = binOf(y);
+    for (int k = 0; k < 2; ++k) {
+        if (bin != mModes[k])
+            continue;
+        if (y == mCandidates[bin])
+            mCandidateWeights[k] += weight;
+        const double width = (mMaximum - mMinimum) / kBins;
+        const double position = ((y - mMinimum) - bin * width) / width * kFineBins;
+        const auto fine = static_cast<int>(std::clamp(position, 0.0, static_cast<double>(kFineBins - 1)));
+        mFineWeights[k][fine] += weight;
+        mFineSums[k][fine] += static_cast<long double>(weight) * y;
+    }
+}
+
+double cStateLevelHistogram::levelOf(int k, double fallback) const
+{
+    const int bin = mModes[k];
+    if (bin < 0)
+        return fallback;
+    if (mCandidateWeights[k] > 0.5L * mWeights[bin])
+        return mCandidates[bin];
+    // The fine bin that holds the median, and the mean of its samples.
+    long double total = 0;
+    for (const long double w : mFineWeights[k])
+        total += w;
+    long double below = 0;
+    for (int fine = 0; fine < kFineBins; ++fine) {
+        below += mFineWeights[k][fine];
+        if (below >= 0.5L * total && mFineWeights[k][fine] > 0)
+            return static_cast<double>(mFineSums[k][fine] / mFineWeights[k][fine]);
+    }
+    return static_cast<double>(mWeightedSums[bin] / mWeights[bin]);
 }
 
 void cStateLevelHistogram::levels(double& low, double& high) const
 {
-    // A level is where the curve dwells: the window of kLevelWindow bins on each side of a
-    // centre that holds the most weight of its half. Windows rather than single bins, so that
-    // noise spread over neighbouring bins, or samples of a ramp that alias with the bins, don't
-    // decide. The centres are tried from the half's outer end, so that a tie goes outwards.
-    auto levelOfHalf = [&](int first, int step, double fallback) {
-        constexpr int kHalf = static_cast<int>(kBins / 2);
-        const int lo = std::min(first, first + step * (kHalf - 1)), hi = std::max(first, first + step * (kHalf - 1));
-        long double total = 0;
-        for (int bin = lo; bin <= hi; ++bin)
-            total += mWeights[bin];
-        long double best = 0, bestSum = 0;
-        for (int k = 0, centre = first; k < kHalf; ++k, centre += step) {
-            long double weight = 0, sum = 0;
-            for (int bin = std::max(lo, centre - kLevelWindow); bin <= std::min(hi, centre + kLevelWindow); ++bin) {
-                weight += mWeights[bin];
-                sum += mWeightedSums[bin];
-            }
-            if (weight > best) {
-                best = weight;
-                bestSum = sum;
-            }
-        }
-        // A half that spreads its weight (a ramp, a triangle, a sine) has no level: its
-        // extreme stands for it.
-        if (!(best > 0) || best < total * kLevelShare)
-            return fallback;
-        return static_cast<double>(bestSum / best);
-    };
-    low = levelOfHalf(0, 1, mMinimum);
-    high = levelOfHalf(static_cast<int>(kBins) - 1, -1, mMaximum);
+    low = levelOf(0, mMinimum);
+    high = levelOf(1, mMaximum);
 }
 
 void cPeriodAccumulator::addPoint(double x, double y)

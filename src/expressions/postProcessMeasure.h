@@ -73,31 +73,78 @@ bool walkSamplesInInterval(const cCurveSamples<X, Y>& s, double x1, double x2, F
 // ---- State levels
 
 // The histogram behind the state levels: samples weighted by the length of x they stand for,
-// in kBins bins between the minimum and the maximum.
+// in kBins bins between the minimum and the maximum. Two passes over the same samples: add, then
+// (after finishFirstPass) confirm, which weighs the value that recurs most in each level's bin.
 class cStateLevelHistogram {
 public:
-    static constexpr unsigned kBins = 100;
-    // A level's window: its bin and this many on each side, which must hold this share of the
-    // weight of its half of the range.
-    static constexpr int kLevelWindow = 2;
-    static constexpr long double kLevelShare = 1.0L / 3;
+    static constexpr int kBins = 100;
+    // A level's bin and this many on each side must hold this share of the weight of its half
+    // of the range.
+    static constexpr int kDwellWindow = 2;
+    static constexpr long double kDwellShare = 1.0L / 3;
 
     cStateLevelHistogram(double minimum, double maximum);
     void add(double y, double weight);
+    void finishFirstPass();
+    void confirm(double y, double weight);
     // The levels of the lower and the upper half; see computeStateLevels.
     void levels(double& low, double& high) const;
 
 private:
+    int binOf(double y) const;
+    // The most populated bin of the half that starts at first and runs in direction step, or -1
+    // when the half has no dwell.
+    int modeOfHalf(int first, int step) const;
+    // The level of half k (0 low, 1 high), or fallback when it has no dwell.
+    double levelOf(int k, double fallback) const;
+
     double mMinimum, mMaximum;
     std::vector<long double> mWeights, mWeightedSums;
+    // Per bin, the weighted majority vote among its values, and in the second pass the weight
+    // of the winner of each level's bin.
+    std::vector<double> mCandidates;
+    std::vector<long double> mVotes;
+    int mModes[2] = {-1, -1};
+    long double mCandidateWeights[2] = {0, 0};
+    // The level bins cut finer in the second pass, for their weighted median.
+    static constexpr int kFineBins = 1000;
+    std::vector<long double> mFineWeights[2], mFineSums[2];
 };
 
+// Calls take(y, weight) for each defined sample of [x1, x2], weight being half the x-length of
+// the defined segments on its sides.
+template <class X, class Y, class Take>
+void walkWeightedSamples(const cCurveSamples<X, Y>& s, double x1, double x2, Take&& take)
+{
+    double previousX = NAN, previousY = NAN, pending = 0;
+    bool started = false;
+    walkSamplesInInterval(s, x1, x2, [&](double x, double y) {
+        double carried = 0;
+        if (started && !std::isnan(previousY) && !std::isnan(y)) {
+            const double half = 0.5 * (x - previousX);
+            pending += half;
+            carried = half;
+        }
+        if (started && !std::isnan(previousY))
+            take(previousY, pending);
+        started = true;
+        previousX = x;
+        previousY = y;
+        pending = carried;
+    });
+    if (started && !std::isnan(previousY))
+        take(previousY, pending);
+}
+
 // The low and high state levels of the curve over [x1, x2]. The range between minimum and
-// maximum is cut in two halves; in each, the window of 5 of the histogram's 100 bins that holds
-// the most weight gives the weighted mean of its samples as the level, if it holds at least a
-// third of the half's weight; a half without such a dwell takes the minimum or the maximum. A
-// sample weighs half the x-length of the defined segments on its sides, so that dense sampling on
-// the edges doesn't pull the levels. False when the interval holds no defined sample.
+// maximum is cut into 100 bins, and in two halves. In each half the most populated bin gives the
+// level, if the curve dwells there: that bin and two on each side hold at least a third of the
+// half's weight. The level is the value that holds most of the bin's weight, as the flat top of
+// a simulated pulse does, else the bin's weighted median (to a thousandth of the bin), which a
+// tail of the edges in the bin doesn't pull the way it pulls a mean. A half without a dwell (a ramp, a
+// triangle, a sine) takes the minimum or the maximum. A sample weighs half the x-length of the
+// defined segments on its sides, so that dense sampling on the edges doesn't pull the levels.
+// False when the interval holds no defined sample.
 template <class X, class Y>
 bool computeStateLevels(const cCurveSamples<X, Y>& s, double x1, double x2, double& low, double& high)
 {
@@ -120,24 +167,9 @@ bool computeStateLevels(const cCurveSamples<X, Y>& s, double x1, double x2, doub
             return true;
         }
         cStateLevelHistogram histogram(minimum, maximum);
-        double previousX = NAN, previousY = NAN, pending = 0;
-        bool started = false;
-        walkSamplesInInterval(s, x1, x2, [&](double x, double y) {
-            double carried = 0;
-            if (started && !std::isnan(previousY) && !std::isnan(y)) {
-                const double half = 0.5 * (x - previousX);
-                pending += half;
-                carried = half;
-            }
-            if (started && !std::isnan(previousY))
-                histogram.add(previousY, pending);
-            started = true;
-            previousX = x;
-            previousY = y;
-            pending = carried;
-        });
-        if (started && !std::isnan(previousY))
-            histogram.add(previousY, pending);
+        walkWeightedSamples(s, x1, x2, [&](double y, double weight) { histogram.add(y, weight); });
+        histogram.finishFirstPass();
+        walkWeightedSamples(s, x1, x2, [&](double y, double weight) { histogram.confirm(y, weight); });
         histogram.levels(low, high);
         return true;
     }

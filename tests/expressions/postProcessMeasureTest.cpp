@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <random>
 #include <sstream>
 
 #include <unistd.h>
@@ -209,6 +210,17 @@ TEST(CurveMeasure, Corners)
     ASSERT_TRUE(computeStateLevels(makeCurveSamples(triangleX.data(), triangleY.data(), 401), NAN, NAN, low, high));
     EXPECT_EQ(low, -2);
     EXPECT_EQ(high, 2);
+    // A noisy square wave: the levels sit in the middle of the noise, not at its extremes.
+    std::mt19937 random(5);
+    std::normal_distribution<double> noise(0.0, 0.03);
+    std::vector<double> noisyX(4000), noisyY(4000);
+    for (int i = 0; i < 4000; ++i) {
+        noisyX[i] = i * 1e-9;
+        noisyY[i] = ((i / 100) % 2 ? 1.0 : -1.0) + noise(random);
+    }
+    ASSERT_TRUE(computeStateLevels(makeCurveSamples(noisyX.data(), noisyY.data(), 4000), NAN, NAN, low, high));
+    EXPECT_NEAR(low, -1, 0.01);
+    EXPECT_NEAR(high, 1, 0.01);
     const std::vector<double> tx = {0, 1, 2, 3, 4}, ty = {-2, 6, -2, 6, -2};
     const auto t = makeCurveSamples(tx.data(), ty.data(), tx.size());
     // Over an interval, the interpolated ends bound the range.
