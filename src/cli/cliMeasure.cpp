@@ -83,15 +83,15 @@ int printMeasurements(const postProcess::cCurveSamples<X, Y>& s, const cMeasureO
     }
     std::vector<double> xs, ys, integral;
     double area = NAN;
-    if (reduceWaveformToInterval(s, x1, x2, xs, ys) && computeIntegralCurveTrapez(makeCurveSamples(xs.data(), ys.data(), xs.size()), integral))
+    if (reduceWaveformToInterval(s, x1, x2, xs, ys) &&
+        computeIntegralCurveTrapez(makeCurveSamples(xs.data(), ys.data(), xs.size()), integral))
         area = integral.back();
     const double threshold = std::isnan(options.threshold) ? low + 0.5 * (high - low) : options.threshold;
-    const cEdgeStatistics rises =
-        computeEdgeTimes(s, options.lowPercent, options.highPercent, x1, x2, edgeMeasure::rising_edge);
-    const cEdgeStatistics falls =
-        computeEdgeTimes(s, options.lowPercent, options.highPercent, x1, x2, edgeMeasure::falling_edge);
-    const cEdgeStatistics slews =
-        computeEdgeTimes(s, options.lowPercent, options.highPercent, x1, x2, edgeMeasure::slew_edge);
+    auto edges = [&](edgeMeasure::edge_kind kind) {
+        return computeEdgeTimesBetweenLevels(s, low, high, options.lowPercent, options.highPercent, x1, x2, kind);
+    };
+    const cEdgeStatistics rises = edges(edgeMeasure::rising_edge), falls = edges(edgeMeasure::falling_edge),
+                          slews = edges(edgeMeasure::slew_edge);
     const std::pair<const char*, double> lines[] = {
         {"low_level", low},
         {"high_level", high},
@@ -149,7 +149,8 @@ int runMeasure(const std::vector<std::string>& given, std::ostream& out, std::os
     int code = 1;
     const bool walked = postProcess::visitSamples(vectors, [&](const auto& samples) {
         if constexpr (postProcess::kIsComplex<std::remove_cvref_t<decltype(samples.y[0])>>)
-            err << "zelwave-cli measure: \"" << choice.curve->name() << "\" is complex; measurements are of real curves\n";
+            err << "zelwave-cli measure: \"" << choice.curve->name()
+                << "\" is complex; measurements are of real curves\n";
         else
             code = printMeasurements(samples, measure, out, err);
     });

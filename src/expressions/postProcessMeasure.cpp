@@ -3,12 +3,7 @@
 namespace vx3::postProcess {
 
 cStateLevelHistogram::cStateLevelHistogram(double minimum, double maximum)
-    : mMinimum(minimum),
-      mMaximum(maximum),
-      mWeights(kBins, 0.0L),
-      mWeightedSums(kBins, 0.0L),
-      mCandidates(kBins, NAN),
-      mVotes(kBins, 0.0L)
+    : mMinimum(minimum), mMaximum(maximum), mWeights(kBins, 0.0L), mCandidates(kBins, NAN), mVotes(kBins, 0.0L)
 {
 }
 
@@ -24,7 +19,6 @@ void cStateLevelHistogram::add(double y, double weight)
         return;
     const int bin = binOf(y);
     mWeights[bin] += weight;
-    mWeightedSums[bin] += static_cast<long double>(weight) * y;
     // A weighted majority vote: a value that holds more than half of the bin's weight wins.
     if (y == mCandidates[bin]) {
         mVotes[bin] += weight;
@@ -36,12 +30,12 @@ void cStateLevelHistogram::add(double y, double weight)
     }
 }
 
-int cStateLevelHistogram::modeOfHalf(int first, int step) const
+bool cStateLevelHistogram::findDwell(int first, int step, int& mode, int& windowLo, int& windowHi) const
 {
     constexpr int kHalf = kBins / 2;
     const int lo = std::min(first, first + step * (kHalf - 1)), hi = std::max(first, first + step * (kHalf - 1));
     long double total = 0, best = 0;
-    int mode = -1;
+    mode = -1;
     // From the half's outer end, so that a tie goes outwards.
     for (int k = 0, bin = first; k < kHalf; ++k, bin += step) {
         total += mWeights[bin];
@@ -51,22 +45,28 @@ int cStateLevelHistogram::modeOfHalf(int first, int step) const
         }
     }
     if (mode < 0)
-        return -1;
-    // A dwell rather than a bin that a ramp's samples happen to fill twice: the neighbourhood
-    // holds a good part of the half, also when noise spreads the level over a few bins.
+        return false;
+    // A dwell rather than a bin that a ramp's samples happen to fill twice: the window holds a
+    // good part of the half, also when noise spreads the level over a few bins.
+    windowLo = std::max(lo, mode - kDwellWindow);
+    windowHi = std::min(hi, mode + kDwellWindow);
     long double around = 0;
-    for (int bin = std::max(lo, mode - kDwellWindow); bin <= std::min(hi, mode + kDwellWindow); ++bin)
+    for (int bin = windowLo; bin <= windowHi; ++bin)
         around += mWeights[bin];
-    return around >= total * kDwellShare ? mode : -1;
+    if (around < total * kDwellShare)
+        mode = -1;
+    return mode >= 0;
 }
 
 void cStateLevelHistogram::finishFirstPass()
 {
-    mModes[0] = modeOfHalf(0, 1);
-    mModes[1] = modeOfHalf(kBins - 1, -1);
     for (int k = 0; k < 2; ++k) {
-        mFineWeights[k].assign(kFineBins, 0.0L);
-        mFineSums[k].assign(kFineBins, 0.0L);
+        cDwell& dwell = mDwells[k];
+        dwell = cDwell();
+        if (findDwell(k == 0 ? 0 : kBins - 1, k == 0 ? 1 : -1, dwell.mode, dwell.windowLo, dwell.windowHi)) {
+            dwell.fineWeights.assign(kFineBins, 0.0L);
+            dwell.fineSums.assign(kFineBins, 0.0L);
+        }
     }
 }
 
@@ -75,37 +75,38 @@ void cStateLevelHistogram::confirm(double y, double weight)
     if (!(weight > 0) || std::isnan(y))
         return;
     const int bin = binOf(y);
-    for (int k = 0; k < 2; ++k) {
-        if (bin != mModes[k])
+    for (cDwell& dwell : mDwells) {
+        if (dwell.mode < 0 || bin < dwell.windowLo || bin > dwell.windowHi)
             continue;
-        if (y == mCandidates[bin])
-            mCandidateWeights[k] += weight;
-        const double width = (mMaximum - mMinimum) / kBins;
-        const double position = ((y - mMinimum) - bin * width) / width * kFineBins;
+        if (bin == dwell.mode && y == mCandidates[bin])
+            dwell.candidateWeight += weight;
+        const double binWidth = (mMaximum - mMinimum) / kBins;
+        const double start = mMinimum + dwell.windowLo * binWidth;
+        const double position = (y - start) / (binWidth * (dwell.windowHi - dwell.windowLo + 1)) * kFineBins;
         const auto fine = static_cast<int>(std::clamp(position, 0.0, static_cast<double>(kFineBins - 1)));
-        mFineWeights[k][fine] += weight;
-        mFineSums[k][fine] += static_cast<long double>(weight) * y;
+        dwell.fineWeights[fine] += weight;
+        dwell.fineSums[fine] += static_cast<long double>(weight) * y;
     }
 }
 
 double cStateLevelHistogram::levelOf(int k, double fallback) const
 {
-    const int bin = mModes[k];
-    if (bin < 0)
+    const cDwell& dwell = mDwells[k];
+    if (dwell.mode < 0)
         return fallback;
-    if (mCandidateWeights[k] > 0.5L * mWeights[bin])
-        return mCandidates[bin];
-    // The fine bin that holds the median, and the mean of its samples.
     long double total = 0;
-    for (const long double w : mFineWeights[k])
+    for (const long double w : dwell.fineWeights)
         total += w;
+    if (dwell.candidateWeight > 0.5L * total)
+        return mCandidates[dwell.mode];
+    // The fine bin that holds the median, and the mean of its samples.
     long double below = 0;
     for (int fine = 0; fine < kFineBins; ++fine) {
-        below += mFineWeights[k][fine];
-        if (below >= 0.5L * total && mFineWeights[k][fine] > 0)
-            return static_cast<double>(mFineSums[k][fine] / mFineWeights[k][fine]);
+        below += dwell.fineWeights[fine];
+        if (below >= 0.5L * total && dwell.fineWeights[fine] > 0)
+            return static_cast<double>(dwell.fineSums[fine] / dwell.fineWeights[fine]);
     }
-    return static_cast<double>(mWeightedSums[bin] / mWeights[bin]);
+    return fallback;
 }
 
 void cStateLevelHistogram::levels(double& low, double& high) const
@@ -130,7 +131,6 @@ void cPeriodAccumulator::addPoint(double x, double y)
                                                       (static_cast<long double>(y) - mPreviousY);
         const double at = static_cast<double>(crossing);
         if (above) {
-            ++mRisingCrossings;
             if (!std::isnan(mRising) && !std::isnan(mFalling) && at > mRising) {
                 const long double period = static_cast<long double>(at) - mRising;
                 mPeriodSum += period;

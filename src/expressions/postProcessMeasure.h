@@ -74,14 +74,16 @@ bool walkSamplesInInterval(const cCurveSamples<X, Y>& s, double x1, double x2, F
 
 // The histogram behind the state levels: samples weighted by the length of x they stand for,
 // in kBins bins between the minimum and the maximum. Two passes over the same samples: add, then
-// (after finishFirstPass) confirm, which weighs the value that recurs most in each level's bin.
+// (after finishFirstPass) confirm, which looks closer at the window around each level.
 class cStateLevelHistogram {
 public:
     static constexpr int kBins = 100;
-    // A level's bin and this many on each side must hold this share of the weight of its half
-    // of the range.
+    // A level's window: its bin and this many on each side, which must hold this share of the
+    // weight of its half of the range.
     static constexpr int kDwellWindow = 2;
     static constexpr long double kDwellShare = 1.0L / 3;
+    // The window cut finer in the second pass, for its weighted median.
+    static constexpr int kFineBins = 5000;
 
     cStateLevelHistogram(double minimum, double maximum);
     void add(double y, double weight);
@@ -92,23 +94,25 @@ public:
 
 private:
     int binOf(double y) const;
-    // The most populated bin of the half that starts at first and runs in direction step, or -1
-    // when the half has no dwell.
-    int modeOfHalf(int first, int step) const;
+    // The most populated bin of the half that starts at first and runs in direction step, and
+    // its window; false when the half has no dwell.
+    bool findDwell(int first, int step, int& mode, int& windowLo, int& windowHi) const;
     // The level of half k (0 low, 1 high), or fallback when it has no dwell.
     double levelOf(int k, double fallback) const;
 
     double mMinimum, mMaximum;
-    std::vector<long double> mWeights, mWeightedSums;
-    // Per bin, the weighted majority vote among its values, and in the second pass the weight
-    // of the winner of each level's bin.
+    std::vector<long double> mWeights;
+    // Per bin, the weighted majority vote among its values.
     std::vector<double> mCandidates;
     std::vector<long double> mVotes;
-    int mModes[2] = {-1, -1};
-    long double mCandidateWeights[2] = {0, 0};
-    // The level bins cut finer in the second pass, for their weighted median.
-    static constexpr int kFineBins = 1000;
-    std::vector<long double> mFineWeights[2], mFineSums[2];
+    // Per half, from finishFirstPass: the dwell's bin and window (no dwell: mode -1), and from
+    // confirm: the weight of the mode bin's winning value and the window's fine bins.
+    struct cDwell {
+        int mode = -1, windowLo = 0, windowHi = -1;
+        long double candidateWeight = 0;
+        std::vector<long double> fineWeights, fineSums;
+    };
+    cDwell mDwells[2];
 };
 
 // Calls take(y, weight) for each defined sample of [x1, x2], weight being half the x-length of
@@ -137,14 +141,14 @@ void walkWeightedSamples(const cCurveSamples<X, Y>& s, double x1, double x2, Tak
 }
 
 // The low and high state levels of the curve over [x1, x2]. The range between minimum and
-// maximum is cut into 100 bins, and in two halves. In each half the most populated bin gives the
-// level, if the curve dwells there: that bin and two on each side hold at least a third of the
-// half's weight. The level is the value that holds most of the bin's weight, as the flat top of
-// a simulated pulse does, else the bin's weighted median (to a thousandth of the bin), which a
-// tail of the edges in the bin doesn't pull the way it pulls a mean. A half without a dwell (a ramp, a
-// triangle, a sine) takes the minimum or the maximum. A sample weighs half the x-length of the
-// defined segments on its sides, so that dense sampling on the edges doesn't pull the levels.
-// False when the interval holds no defined sample.
+// maximum is cut into 100 bins, and in two halves. In each half the most populated bin marks the
+// level, if the curve dwells there: that bin and two on each side (its window) hold at least a
+// third of the half's weight. The level is the value that holds more than half of the window's
+// weight, as the flat top of a simulated pulse does, else the window's weighted median (to a
+// 5000th of the window), which noise leaves in its middle and an edge's tail doesn't pull the way
+// it pulls a mean. A half without a dwell (a ramp, a triangle, a sine) takes the minimum or the
+// maximum. A sample weighs half the x-length of the defined segments on its sides, so that dense
+// sampling on the edges doesn't pull the levels. False when the interval holds no defined sample.
 template <class X, class Y>
 bool computeStateLevels(const cCurveSamples<X, Y>& s, double x1, double x2, double& low, double& high)
 {
@@ -185,8 +189,6 @@ public:
     explicit cPeriodAccumulator(double threshold) : mThreshold(threshold) {}
     void addPoint(double x, double y);
 
-    uint64_t risingCrossings() const { return mRisingCrossings; }
-    uint64_t periods() const { return mPeriods; }
     // NaN without a whole period.
     double meanPeriod() const;
     double meanDutyCycle() const;
@@ -196,7 +198,7 @@ private:
     bool mKnown = false, mAbove = false;
     double mPreviousX = 0, mPreviousY = 0;
     double mRising = NAN, mFalling = NAN;  // of the period under way
-    uint64_t mRisingCrossings = 0, mPeriods = 0;
+    uint64_t mPeriods = 0;
     long double mPeriodSum = 0, mDutySum = 0;
 };
 
@@ -238,12 +240,12 @@ namespace edgeMeasure {
 enum edge_kind { rising_edge = 0, falling_edge = 1, slew_edge = 2 };
 }
 
-// min, average and max over the edges found; NaN without edges. lowLevel and highLevel are the
-// state levels used, lowReference and highReference the crossing levels between them.
+// min, average and max over the edges found; NaN without edges. lowReference and highReference
+// are the crossing levels used.
 struct cEdgeStatistics {
     double minimum = NAN, average = NAN, maximum = NAN;
     uint64_t count = 0;
-    double lowLevel = NAN, highLevel = NAN, lowReference = NAN, highReference = NAN;
+    double lowReference = NAN, highReference = NAN;
 };
 
 // Finds edges between two reference levels: a rising edge runs from the last rising crossing of
@@ -272,86 +274,89 @@ private:
 };
 
 // The edges of the curve over [x1, x2] between lowPercent and highPercent (0 to 100) of the span
-// between its state levels: their times for rising or falling edges; for slew, the span between
-// the references over the time, for rising and falling edges alike (a positive rate). No edges
-// when lowPercent isn't below highPercent or the levels coincide.
+// from state level low to high: their times for rising or falling edges; for slew, the span
+// between the references over the time, for rising and falling edges alike (a positive rate). No
+// edges when lowPercent isn't below highPercent or the levels aren't in order.
+template <class X, class Y>
+cEdgeStatistics computeEdgeTimesBetweenLevels(const cCurveSamples<X, Y>& s, double low, double high,
+                                              double lowPercent, double highPercent, double x1, double x2,
+                                              edgeMeasure::edge_kind kind)
+{
+    if constexpr (kIsComplex<Y>) {
+        return cEdgeStatistics();
+    } else {
+        if (!(lowPercent < highPercent) || !(high > low))
+            return cEdgeStatistics();
+        const double span = high - low;
+        cEdgeDetector detector(low + span * lowPercent / 100.0, low + span * highPercent / 100.0, kind);
+        walkSamplesInInterval(s, x1, x2, [&](double x, double y) { detector.addPoint(x, y); });
+        return detector.result();
+    }
+}
+
+// The same between the state levels of the curve over the interval (computeStateLevels).
 template <class X, class Y>
 cEdgeStatistics computeEdgeTimes(const cCurveSamples<X, Y>& s, double lowPercent, double highPercent, double x1,
                                  double x2, edgeMeasure::edge_kind kind)
 {
-    cEdgeStatistics none;
-    if constexpr (kIsComplex<Y>) {
-        return none;
-    } else {
-        double low = NAN, high = NAN;
-        if (!computeStateLevels(s, x1, x2, low, high))
-            return none;
-        none.lowLevel = low;
-        none.highLevel = high;
-        if (!(lowPercent < highPercent) || !(high > low))
-            return none;
-        const double span = high - low;
-        cEdgeDetector detector(low + span * lowPercent / 100.0, low + span * highPercent / 100.0, kind);
-        walkSamplesInInterval(s, x1, x2, [&](double x, double y) { detector.addPoint(x, y); });
-        cEdgeStatistics result = detector.result();
-        result.lowLevel = low;
-        result.highLevel = high;
-        return result;
-    }
+    double low = NAN, high = NAN;
+    if (!computeStateLevels(s, x1, x2, low, high))
+        return cEdgeStatistics();
+    return computeEdgeTimesBetweenLevels(s, low, high, lowPercent, highPercent, x1, x2, kind);
 }
 
 // The single values of computeEdgeTimes, with the usual references of 10 and 90 percent.
 template <class X, class Y>
-double computeCurveAverageSlewRate(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                                   double x2 = NAN)
+double computeCurveAverageSlewRate(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                                   double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::slew_edge).average;
 }
 template <class X, class Y>
-double computeCurveMinSlewRate(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                               double x2 = NAN)
+double computeCurveMinSlewRate(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                               double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::slew_edge).minimum;
 }
 template <class X, class Y>
-double computeCurveMaxSlewRate(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                               double x2 = NAN)
+double computeCurveMaxSlewRate(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                               double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::slew_edge).maximum;
 }
 template <class X, class Y>
-double computeCurveAverageRiseTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                                   double x2 = NAN)
+double computeCurveAverageRiseTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                                   double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::rising_edge).average;
 }
 template <class X, class Y>
-double computeCurveMinRiseTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                               double x2 = NAN)
+double computeCurveMinRiseTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                               double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::rising_edge).minimum;
 }
 template <class X, class Y>
-double computeCurveMaxRiseTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                               double x2 = NAN)
+double computeCurveMaxRiseTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                               double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::rising_edge).maximum;
 }
 template <class X, class Y>
-double computeCurveAverageFallTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                                   double x2 = NAN)
+double computeCurveAverageFallTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                                   double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::falling_edge).average;
 }
 template <class X, class Y>
-double computeCurveMinFallTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                               double x2 = NAN)
+double computeCurveMinFallTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                               double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::falling_edge).minimum;
 }
 template <class X, class Y>
-double computeCurveMaxFallTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90, double x1 = NAN,
-                               double x2 = NAN)
+double computeCurveMaxFallTime(const cCurveSamples<X, Y>& s, double lowPercent = 10, double highPercent = 90,
+                               double x1 = NAN, double x2 = NAN)
 {
     return computeEdgeTimes(s, lowPercent, highPercent, x1, x2, edgeMeasure::falling_edge).maximum;
 }

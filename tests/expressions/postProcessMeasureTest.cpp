@@ -219,8 +219,9 @@ TEST(CurveMeasure, Corners)
         noisyY[i] = ((i / 100) % 2 ? 1.0 : -1.0) + noise(random);
     }
     ASSERT_TRUE(computeStateLevels(makeCurveSamples(noisyX.data(), noisyY.data(), 4000), NAN, NAN, low, high));
-    EXPECT_NEAR(low, -1, 0.01);
-    EXPECT_NEAR(high, 1, 0.01);
+    // The median of 2000 samples of sigma 0.03 is within 0.001 or so.
+    EXPECT_NEAR(low, -1, 0.005);
+    EXPECT_NEAR(high, 1, 0.005);
     const std::vector<double> tx = {0, 1, 2, 3, 4}, ty = {-2, 6, -2, 6, -2};
     const auto t = makeCurveSamples(tx.data(), ty.data(), tx.size());
     // Over an interval, the interpolated ends bound the range.
