@@ -86,22 +86,25 @@ class AgainstNgspice(unittest.TestCase):
         cls.folder.cleanup()
 
     def edges_of(self, curve, got):
-        """ngspice's TRIG/TARG edges and WHEN crossings at zelwave's references and threshold."""
+        """ngspice's TRIG/TARG edges and periods, and WHEN crossings, at zelwave's references and threshold."""
         low, high, threshold = (repr(got[k]) for k in ("low_reference", "high_reference", "threshold"))
         commands = []
         for k in range(1, EDGES + 1):
             commands += [
                 "meas tran rise%d TRIG %s VAL=%s RISE=%d TARG %s VAL=%s RISE=%d" % (k, curve, low, k, curve, high, k),
                 "meas tran fall%d TRIG %s VAL=%s FALL=%d TARG %s VAL=%s FALL=%d" % (k, curve, high, k, curve, low, k),
-                "meas tran up%d WHEN %s=%s RISE=%d" % (k, curve, threshold, k),
-                "meas tran down%d WHEN %s=%s FALL=%d" % (k, curve, threshold, k),
+                # Periods between rising crossings of the threshold, and the time above it.
+                "meas tran period%d TRIG %s VAL=%s RISE=%d TARG %s VAL=%s RISE=%d"
+                % (k, curve, threshold, k, curve, threshold, k + 1),
+                "meas tran above%d TRIG %s VAL=%s RISE=%d TARG %s VAL=%s FALL=%d"
+                % (k, curve, threshold, k, curve, threshold, k),
                 # Where each edge starts and ends, to tell which lie inside an interval.
                 "meas tran riseat%d WHEN %s=%s RISE=%d" % (k, curve, low, k),
                 "meas tran fallat%d WHEN %s=%s FALL=%d" % (k, curve, low, k),
             ]
         spice = ngspice_measure(self.dir, "pulse.raw", commands)
-        for key in ("rise", "fall", "up", "down"):
-            self.assertEqual(sum(1 for k in range(1, EDGES + 1) if key + str(k) in spice), EDGES, key)
+        for key, count in (("rise", EDGES), ("fall", EDGES), ("period", EDGES - 1), ("above", EDGES)):
+            self.assertEqual(sum(1 for k in range(1, EDGES + 1) if key + str(k) in spice), count, key)
         return spice
 
     def compare_edges(self, got, rises, falls):
@@ -121,11 +124,10 @@ class AgainstNgspice(unittest.TestCase):
                 rises = np.array([spice["rise%d" % k] for k in range(1, EDGES + 1)])
                 falls = np.array([spice["fall%d" % k] for k in range(1, EDGES + 1)])
                 self.compare_edges(got, rises, falls)
-                up = np.array([spice["up%d" % k] for k in range(1, EDGES + 1)])
-                down = np.array([spice["down%d" % k] for k in range(1, EDGES + 1)])
-                periods = np.diff(up)
+                periods = np.array([spice["period%d" % k] for k in range(1, EDGES)])
+                above = np.array([spice["above%d" % k] for k in range(1, EDGES)])
                 self.assertAlmostEqual(got["frequency"], 1 / periods.mean(), delta=PRINTED / periods.mean())
-                self.assertAlmostEqual(got["duty_cycle"], np.mean((down[:-1] - up[:-1]) / periods), delta=PRINTED)
+                self.assertAlmostEqual(got["duty_cycle"], np.mean(above / periods), delta=PRINTED)
                 # The source's own edges: 0.2u and 0.3u ramps of 0 to 2 V, every 5u, 2.25u above 1 V.
                 if curve == "v(in)":
                     self.assertEqual((got["low_level"], got["high_level"]), (0.0, 2.0))
