@@ -37,5 +37,7 @@ void addFileSubcommands(cCliTool& tool);
 void addValueSubcommands(cCliTool& tool);
 // The subcommand of the expression language: eval.
 void addEvalSubcommands(cCliTool& tool);
+// The subcommands of the analyses: fft, convolve.
+void addFftSubcommands(cCliTool& tool);
 
 }  // namespace vx3
