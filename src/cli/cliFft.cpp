@@ -172,6 +172,11 @@ int runFft(const std::vector<std::string>& arguments, std::ostream& out, std::os
         err << "zelwave-cli fft: --points and --oversampling want whole numbers, --fs a positive one\n";
         return 2;
     }
+    if (!std::isnan(from) && fs > 0 && !std::isnan(points)) {
+        // Interval, N and fs depend on each other: two of them fix the third.
+        err << "zelwave-cli fft: give at most two of --points, --fs and --from/--to\n";
+        return 2;
+    }
     int window = 0;
     if (const std::string* name = values.find("--window"); name && !findWindow(*name, window)) {
         err << "zelwave-cli fft: unknown window \"" << *name << "\" (0-6, rectangular, triangular, kaiser, "
