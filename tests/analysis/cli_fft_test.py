@@ -116,7 +116,7 @@ class FftOnSpiceRuns(unittest.TestCase):
         ng = np.loadtxt(os.path.join(self.folder, "fft.txt"))
         self.assertEqual(ng.shape[0], n // 2 + 1)
         ngspice = (ng[:, 1] + 1j * ng[:, 2]) / (2.0 / n)
-        np.testing.assert_allclose(got[:, 1] + 1j * got[:, 2], ngspice, rtol=0, atol=1e-5 * scale)
+        np.testing.assert_allclose(got[:, 1] + 1j * got[:, 2], ngspice, rtol=0, atol=1e-7 * scale)
         peak = np.argmax(np.abs(ngspice))
         self.assertEqual(np.argmax(np.abs(got[:, 1] + 1j * got[:, 2])), peak)
         self.assertAlmostEqual(got[peak, 0], 10e3, delta=fs / n)
