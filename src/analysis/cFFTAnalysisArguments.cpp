@@ -40,10 +40,15 @@ bool cFFTAnalysisArguments::checkResult(std::string& error) const
     return true;
 }
 
-bool cFFTAnalysisArguments::createVariable(cCurvePlotDataFile& store, cPostProcessCurveDescription& target,
-                                           const std::string& name, curvePlotProperties::data_type dataType,
+cPostProcessCurveDescription& cFFTAnalysisArguments::createdCurve(int which)
+{
+    return which == result_curve ? mResult : which == first_resampled_curve ? mFirstResampled : mSecondResampled;
+}
+
+bool cFFTAnalysisArguments::createVariable(cCurvePlotDataFile& store, int which, const std::string& name, curvePlotProperties::data_type dataType,
                                            curvePlotDataType::dataUnit xUnit, curvePlotDataType::dataUnit yUnit)
 {
+    cPostProcessCurveDescription& target = createdCurve(which);
     if (target.getCurvePtr())
         return true;
     cCurvePlotDataSection* section = mResult.getSection();
@@ -57,7 +62,7 @@ bool cFFTAnalysisArguments::createVariable(cCurvePlotDataFile& store, cPostProce
     variable->setXAxisType(store.addType(xUnit == curvePlotDataType::hertz ? "frequency" : "time",
                                          curvePlotProperties::data_double, xUnit));
     target = cPostProcessCurveDescription(section, index, derivedCurveFunction::real_part);
-    mCreated.push_back(&target);
+    mCreated.push_back(which);
     return true;
 }
 
@@ -66,14 +71,14 @@ bool cFFTAnalysisArguments::createResultVariableIfNecessary(cCurvePlotDataFile& 
                                                             curvePlotDataType::dataUnit xUnit,
                                                             curvePlotDataType::dataUnit yUnit)
 {
-    return createVariable(store, mResult, name, dataType, xUnit, yUnit);
+    return createVariable(store, result_curve, name, dataType, xUnit, yUnit);
 }
 
 bool cFFTAnalysisArguments::createFirstResampledVariableIfNecessary(cCurvePlotDataFile& store,
                                                                     const std::string& name,
                                                                     curvePlotDataType::dataUnit yUnit)
 {
-    return createVariable(store, mFirstResampled, name, curvePlotProperties::parameterized_double,
+    return createVariable(store, first_resampled_curve, name, curvePlotProperties::parameterized_double,
                           curvePlotDataType::second, yUnit);
 }
 
@@ -81,7 +86,7 @@ bool cFFTAnalysisArguments::createSecondResampledVariableIfNecessary(cCurvePlotD
                                                                      const std::string& name,
                                                                      curvePlotDataType::dataUnit yUnit)
 {
-    return createVariable(store, mSecondResampled, name, curvePlotProperties::parameterized_double,
+    return createVariable(store, second_resampled_curve, name, curvePlotProperties::parameterized_double,
                           curvePlotDataType::second, yUnit);
 }
 
@@ -89,14 +94,15 @@ void cFFTAnalysisArguments::removeCreatedVariables()
 {
     // Newest first: the indices of older curves stay valid.
     std::vector<std::pair<cCurvePlotDataSection*, uint64_t>> made;
-    for (cPostProcessCurveDescription* curve : mCreated)
-        if (curve->getSection())
-            made.emplace_back(curve->getSection(), curve->getCurveIndex());
+    for (int which : mCreated)
+        if (createdCurve(which).getSection())
+            made.emplace_back(createdCurve(which).getSection(), createdCurve(which).getCurveIndex());
     std::sort(made.begin(), made.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
     for (const auto& [section, index] : made)
         section->removeVariable(index);
-    for (cPostProcessCurveDescription* curve : mCreated)
-        *curve = cPostProcessCurveDescription(curve == &mResult ? curve->getSection() : nullptr, cCurvePlotVariable::npos);
+    for (int which : mCreated)
+        createdCurve(which) = cPostProcessCurveDescription(which == result_curve ? createdCurve(which).getSection() : nullptr,
+                                                           cCurvePlotVariable::npos);
     mCreated.clear();
 }
 

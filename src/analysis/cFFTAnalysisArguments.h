@@ -56,13 +56,17 @@ private:
     static bool loadArgument(const cPostProcessCurveDescription& curve, std::string& error);
     static bool checkArgument(const cPostProcessCurveDescription& curve, std::string& error);
     static std::string completeName(const cPostProcessCurveDescription& curve);
-    bool createVariable(cCurvePlotDataFile& store, cPostProcessCurveDescription& target, const std::string& name,
+    bool createVariable(cCurvePlotDataFile& store, int which, const std::string& name,
                         curvePlotProperties::data_type dataType, curvePlotDataType::dataUnit xUnit,
                         curvePlotDataType::dataUnit yUnit);
 
+    // The curves that a run may add, for removeCreatedVariables.
+    enum created_curve : int { result_curve, first_resampled_curve, second_resampled_curve };
+    cPostProcessCurveDescription& createdCurve(int which);
+
     cPostProcessCurveDescription mFirst, mSecond, mResult, mFirstResampled, mSecondResampled;
     // Curves added by this run, newest last.
-    std::vector<cPostProcessCurveDescription*> mCreated;
+    std::vector<int> mCreated;
 };
 
 }  // namespace vx3

@@ -93,6 +93,14 @@ struct cResampled {
 bool resampleVariable(const cPostProcessCurveDescription& curve, double start, double step, uint64_t n,
                       cResampled& result, std::string& error);
 
+// The unit of a curve's values, for the curves made from it.
+inline curvePlotDataType::dataUnit unitOf(const cPostProcessCurveDescription& curve)
+{
+    const cCurvePlotVariable* variable = curve.getCurvePtr();
+    return variable ? static_cast<curvePlotDataType::dataUnit>(variable->getUnitIdentifier())
+                    : curvePlotDataType::no_unit;
+}
+
 // The x range of a loaded curve, in rising order; false when it has no samples.
 bool findXRange(const cPostProcessCurveDescription& curve, double& first, double& last, uint64_t& count,
                 std::string& error);

@@ -4,7 +4,8 @@
 // call the vector forms; the analyses call the pointer forms on their own buffers.
 //
 // A plan is made once per kind, size and buffer alignment and kept for the life of the object;
-// planning (the library's planner is one per process) is serialised, execution is not.
+// planning (the library's planner is one per process) is serialised, execution is not. One
+// object serves one thread at a time: each thread (each analysis run) has its own.
 #pragma once
 
 #include <complex>

@@ -236,6 +236,26 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     EXPECT_DOUBLE_EQ(last, 512000.0);
     EXPECT_EQ(spectrum.getVectorSize(), 513u);
 
+    // A result named by the options; a result curve named by the caller is filled in place and
+    // takes complex values.
+    cFFTAnalysisOptions named;
+    named.setResultCurveName("S");
+    cFFTAnalysis namedRun(named, section, store);
+    cFFTAnalysisArguments namedArguments;
+    namedArguments.setFirstArgumentCurve(cPostProcessCurveDescription(&section, index));
+    ASSERT_TRUE(namedRun.computeFFTAndAddCurve(namedArguments)) << namedRun.getErrorString();
+    EXPECT_EQ(namedArguments.getResultCurve().getName(), "S");
+    const uint64_t target = addCurve(store, section, "target", std::vector<double>{0, 1}, std::vector<double>{0, 1});
+    const uint64_t count = section.getNbOfVariables();
+    cFFTAnalysis intoRun(named, section, store);
+    cFFTAnalysisArguments into;
+    into.setFirstArgumentCurve(cPostProcessCurveDescription(&section, index));
+    into.setResultCurve(cPostProcessCurveDescription(&section, target));
+    ASSERT_TRUE(intoRun.computeFFTAndAddCurve(into)) << intoRun.getErrorString();
+    EXPECT_EQ(section.getNbOfVariables(), count);
+    EXPECT_TRUE(cPostProcessCurveDescription(&section, target).checkCurveIsComplex());
+    EXPECT_EQ(section.getVariable(target).getVectorSize(), 513u);
+
     // Odd N on a real curve.
     options.setDefaults();
     options.setNumberOfPoints(1023);
