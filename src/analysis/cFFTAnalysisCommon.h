@@ -30,7 +30,9 @@ inline double lowerThreshold(double x, double tolerance = kRelativeTolerance)
 
 // The curve read at the rising positions position(0) ... position(n-1): linear interpolation
 // between neighbours, the mean of both sides where two samples share an x, the end value at a
-// position within the tolerance beyond an end, 0 farther out. False for a non-monotone curve.
+// position within the tolerance beyond an end, 0 farther out. An undefined sample reads as 0
+// too, as no curve there would: one gap must not make a whole spectrum undefined. False for a
+// non-monotone curve.
 template <class X, class Y, class Position, class R>
 bool resampleVector(const postProcess::cCurveSamples<X, Y>& s, uint64_t n, Position&& position, R* out)
 {
@@ -72,6 +74,9 @@ bool resampleVector(const postProcess::cCurveSamples<X, Y>& s, uint64_t n, Posit
         const R yj = value(j);
         out[k] = yj + (value(j + 1) - yj) * ((t - xj) / (xn - xj));
     }
+    for (uint64_t k = 0; k < n; ++k)
+        if (checkIsUndefined(out[k]))
+            out[k] = R(0);
     return true;
 }
 

@@ -264,7 +264,7 @@ namespace {
 std::vector<double> cosineWindow(uint64_t n, double a0, double a1, double a2)
 {
     if (n < 2)
-        return std::vector<double>(n ? 1 : 1, 1.0);
+        return std::vector<double>(1, 1.0);
     std::vector<double> window(n);
     const double step = 2.0 * std::numbers::pi / static_cast<double>(n - 1);
     for (uint64_t i = 0; i < n; ++i) {

@@ -1,5 +1,7 @@
 // zelwave-cli fft and convolve: the spectrum of a curve (or the time curve of a spectrum), and
 // the convolution or correlation of two curves, as CSV on standard output.
+#include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <iostream>
 #include <numbers>

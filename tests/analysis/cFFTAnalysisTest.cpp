@@ -289,6 +289,17 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     EXPECT_FALSE(run(options, flat, error));
     EXPECT_EQ(error, "The number of FFT points is 0.");
 
+    // A gap in the curve reads as 0: the spectrum stays defined.
+    std::vector<double> gapped = y;
+    gapped[700] = NAN;
+    const uint64_t gap = addCurve(store, section, "gap", x, gapped);
+    options.setDefaults();
+    ASSERT_TRUE(run(options, gap, error)) << error;
+    std::vector<double> gx;
+    std::vector<tComplex> gy;
+    readCurve(cPostProcessCurveDescription(&section, section.getNbOfVariables() - 1), gx, gy);
+    EXPECT_TRUE(std::all_of(gy.begin(), gy.end(), [](tComplex v) { return std::isfinite(std::abs(v)); }));
+
     // A curve that isn't there, and one whose x-axis goes back and forth.
     options.setDefaults();
     EXPECT_FALSE(run(options, 999, error));
