@@ -41,10 +41,14 @@ void onBusError(int signal, siginfo_t* info, void* context)
     }
     if (state.armed) {
         state.armed = 0;
-        if (context)
-            std::memcpy(&state.mask, &static_cast<ucontext_t*>(context)->uc_sigmask, sizeof(state.mask));
-        else
+        if (context) {
+            // The kernel writes only its own mask's bytes into the frame, fewer than a sigset_t.
+            constexpr size_t kKernelMaskBytes = (_NSIG - 1 + 7) / 8;
+            sigemptyset(&state.mask);
+            std::memcpy(&state.mask, &static_cast<ucontext_t*>(context)->uc_sigmask, kKernelMaskBytes);
+        } else {
             pthread_sigmask(SIG_SETMASK, nullptr, &state.mask);
+        }
         siglongjmp(state.jump, 1);
     }
     // Not ours: give the signal back to whoever had it before (by default this ends the process).
@@ -77,8 +81,8 @@ cInPlaceReadScope::cInPlaceReadScope(const char* begin, uint64_t size)
     mPreviousEnd = state.inPlaceEnd;
     mPreviousCut = state.inPlaceCut;
     state.inPlaceCut = 0;
-    state.inPlaceEnd = begin + size;
-    state.inPlaceBegin = size ? begin : nullptr;
+    state.inPlaceEnd = begin ? begin + size : nullptr;
+    state.inPlaceBegin = begin && size ? begin : nullptr;
 }
 
 cInPlaceReadScope::~cInPlaceReadScope()

@@ -46,19 +46,22 @@ bool runGuarded(F&& body)
 {
     installHandler();
     cState& state = threadState();
-    cState saved;
-    std::memcpy(&saved, &state, sizeof(cState));
+    // Only the jump is saved and put back: an in-place scope around this guard keeps what the
+    // body told it.
+    sigjmp_buf savedJump;
+    std::memcpy(&savedJump, &state.jump, sizeof(sigjmp_buf));
+    const sig_atomic_t savedArmed = state.armed;
     if (sigsetjmp(state.jump, 0) != 0) {
-        sigset_t mask;
-        std::memcpy(&mask, &state.mask, sizeof(mask));
-        std::memcpy(&state, &saved, sizeof(cState));
-        pthread_sigmask(SIG_SETMASK, &mask, nullptr);
+        std::memcpy(&state.jump, &savedJump, sizeof(sigjmp_buf));
+        state.armed = savedArmed;
+        pthread_sigmask(SIG_SETMASK, &state.mask, nullptr);
         countCaught();
         return false;
     }
     state.armed = 1;
     body();
-    std::memcpy(&state, &saved, sizeof(cState));
+    std::memcpy(&state.jump, &savedJump, sizeof(sigjmp_buf));
+    state.armed = savedArmed;
     return true;
 }
 
