@@ -37,10 +37,11 @@ ASAN_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:strict_string_checks=1:d
 	LSAN_OPTIONS=suppressions=$(SAN_DIR)/lsan.supp:print_suppressions=0
 TSAN_ENV = TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:handle_sigbus=0:suppressions=$(SAN_DIR)/tsan.supp
 # The tests that run threads: the socket, the command bridge and command files (program, host
-# tests), the value change dump reader read in pieces on threads, raw files and parallel curve
-# loading. Not the other curve loading tests: resident memory means nothing under the sanitizer,
-# and a file cut under a load dies of its bus error there (the guard works in the other builds).
-TSAN_TESTS ?= ^(socket_session|cli_raw|program\..*|zelwaveHost\..*|cVxThread\..*|VcdReader\..*|Nutmeg\..*|CurveLoading\.LoadReleaseAndParallelColumns)$$
+# tests), the value change dump reader read in pieces on threads, raw files, parallel curve
+# loading, and files cut under their mapping (the bus error guard runs inside the sanitizer's
+# own signal handler, which blocks every signal: the guard puts the mask back after its jump).
+# Not the other curve loading tests: resident memory means nothing under the sanitizer.
+TSAN_TESTS ?= ^(socket_session|cli_raw|program\..*|zelwaveHost\..*|cVxThread\..*|VcdReader\..*|Nutmeg\..*|CurveLoading\.(LoadReleaseAndParallelColumns|FileTruncatedDuringLoadFailsAndTheProgramGoesOn)|CurveLoadingDeathTest\..*|MappedFileCut\..*)$$
 
 test-asan: deps
 	cmake -S . -B build-asan $(CMAKE_FLAGS) -DZELWAVE_SANITIZE=asan

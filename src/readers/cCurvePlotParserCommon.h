@@ -11,7 +11,6 @@
 #include "base/returnCode.h"
 #include "model/cCurvePlotDataFile.h"
 #include "readers/cCurvePlotParserOptions.h"
-#include "readers/scan/cBusErrorGuard.h"
 #include "readers/scan/fileAccessCheck.h"
 
 namespace vx3 {
@@ -90,11 +89,9 @@ returnCode cCurvePlotParserCommon::parseFromFile(T& reader, cCurvePlotDataFile& 
     mLastParsedSection = nullptr;
     if (logger().checkActionIsInterrupted())
         return action_interrupted;
-    returnCode code = failed;
-    // A mapped file that shrinks under the reader fails the read instead of the process.
-    const bool completed = busErrorGuard::runGuarded([&] { code = reader.parseFile(name); });
-    if (!completed)
-        code = failed;
+    // No bus error guard around a whole reader: its jump would skip every destructor inside. The
+    // readers that work on a mapping in place guard it themselves (busErrorGuard::cInPlaceReadScope).
+    const returnCode code = reader.parseFile(name);
     if (code == ok || code == partly_parsed) {
         finishParse(store, name, count);
         return code;
@@ -149,10 +146,7 @@ returnCode cCurvePlotParserCommon::reloadFromFile(T& reader, cCurvePlotDataFile&
     }
     restoreOpenFileOptions(file);
     const std::string name = file.fileName();
-    returnCode code = failed;
-    const bool completed = busErrorGuard::runGuarded([&] { code = reader.reloadFile(name, sections); });
-    if (!completed)
-        code = failed;
+    returnCode code = reader.reloadFile(name, sections);
     if (code == ok || code == partly_parsed) {
         finishReloadedSections(store, failSafe || code == partly_parsed, snapshots);
         uint64_t size = 0;

@@ -173,6 +173,20 @@ class SocketSession(unittest.TestCase):
         self.assertTrue(p.wait_for_log("Exitting interactive socket mode."))
         self.assertRunsOn(p)
 
+    def test_peer_vanishing_mid_reply(self):
+        # A reply of 8 MB is far more than the socket buffers hold: the peer that closed right
+        # after asking is gone while the viewer still writes. No SIGPIPE, a message, and it runs on.
+        p = self.peer
+        name = "n" * (8 << 20)
+        self.assertEqual(p.ask("add_section " + name), "0")
+        self.assertEqual(p.ask("add_section kept"), "0")
+        p.connection.sendall(b"get_section_name 0\n")
+        p.connection.close()
+        self.assertTrue(p.wait_for_log("Interactive Mode: Socket write error."), p.log_text()[-2000:])
+        self.assertTrue(p.wait_for_log("Exitting interactive socket mode."))
+        self.assertIn("send() transmitted only", p.log_text(), "the log tells how far the reply went")
+        self.assertRunsOn(p)
+
     def test_ten_megabyte_command_line(self):
         # A script that sends one runaway line: it is read whole and answered, and what was
         # loaded before is still there.

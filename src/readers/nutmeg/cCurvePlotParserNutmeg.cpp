@@ -10,6 +10,7 @@
 #include "model/curveValueLookup.h"
 #include "readers/cStridedBinaryDbLoader.h"
 #include "readers/nutmeg/nutmegBinaryLayout.h"
+#include "readers/scan/cBusErrorGuard.h"
 #include "readers/scan/cVxMemoryFile.h"
 
 namespace vx3 {
@@ -296,8 +297,18 @@ returnCode cCurvePlotParserNutmeg::parseFileImpl(bool isReload, const std::strin
     cVxMemoryFile mapped;
     if (!mapped.openFile(name))
         return failed;
-    const char* text = mapped.data();
-    const uint64_t size = mapped.size();
+    // Headers, runs and the store are built on this thread straight from the mapping: a fault in
+    // it reads zeros instead of jumping over their destructors, and the result is thrown away.
+    busErrorGuard::cInPlaceReadScope scope(mapped.checkIsMapped() ? mapped.data() : nullptr, mapped.size());
+    const returnCode code = parseMapped(isReload, name, mapped.data(), mapped.size());
+    if (!scope.checkWasCut())
+        return code;
+    errorMsg("Nutmeg Parser : the file \"" + name + "\" was cut while it was read.");
+    return file_format_recognized;
+}
+
+returnCode cCurvePlotParserNutmeg::parseMapped(bool isReload, const std::string& name, const char* text, uint64_t size)
+{
     if (!checkIsHeader(text, size, 0))
         return failed;  // not a raw file: the next reader may know it
     std::vector<cPlot> plots;
@@ -415,8 +426,10 @@ returnCode cCurvePlotParserNutmeg::detectFileType(const std::string& name, cCurv
     cVxMemoryFile mapped;
     if (!mapped.openFile(name))
         return failed;
+    busErrorGuard::cInPlaceReadScope scope(mapped.checkIsMapped() ? mapped.data() : nullptr, mapped.size());
     cPlotHeader header;
-    return parseHeader(mapped.data(), mapped.size(), 0, header) == header_ok ? ok : failed;
+    const bool found = parseHeader(mapped.data(), mapped.size(), 0, header) == header_ok;
+    return found && !scope.checkWasCut() ? ok : failed;
 }
 
 }  // namespace vx3

@@ -59,6 +59,8 @@ public:
 
 private:
     returnCode parseFileImpl(bool isReload, const std::string& name);
+    // The file's text, mapped by parseFileImpl.
+    returnCode parseMapped(bool isReload, const std::string& name, const char* text, uint64_t size);
     cCurvePlotDataSection* openSection(cFileDbSupport& file, const curvePlotParserNutmeg::cPlotHeader& header,
                                        unsigned stepIndex);
     // The rows of an ascii block from plot.header.dataPosition on.

@@ -1,5 +1,6 @@
 #include "readers/vcd/cCurveParserVcd.h"
 
+#include "readers/scan/cBusErrorGuard.h"
 #include "readers/scan/cVxMemoryFile.h"
 #include "readers/vcd/cCurveParserVcdDbLoader.h"
 
@@ -15,7 +16,17 @@ returnCode cCurveParserVcd::parseFile(const std::string& name)
                  (file.getErrorMessage().empty() ? std::string(".") : " (" + file.getErrorMessage() + ")."));
         return failed;
     }
-    return parseFileImpl(file.data(), file.data() + file.size(), name, false, file.checkIsMapped());
+    // Declarations and the store are built on this thread straight from the mapping: a fault in
+    // it reads zeros instead of jumping over their destructors, and the result is thrown away.
+    busErrorGuard::cInPlaceReadScope scope(file.checkIsMapped() ? file.data() : nullptr, file.size());
+    const returnCode code = parseFileImpl(file.data(), file.data() + file.size(), name, false, file.checkIsMapped());
+    return scope.checkWasCut() ? reportCut(name) : code;
+}
+
+returnCode cCurveParserVcd::reportCut(const std::string& name)
+{
+    errorMsg("Vcd Parser : the file \"" + name + "\" was cut while it was read.");
+    return file_format_recognized;
 }
 
 returnCode cCurveParserVcd::parseString(const std::string& text)
@@ -34,7 +45,10 @@ returnCode cCurveParserVcd::detectFileType(const std::string& name, cCurvePlotPa
     cVxMemoryFile file;
     if (!file.openFile(name))
         return failed;
+    busErrorGuard::cInPlaceReadScope scope(file.checkIsMapped() ? file.data() : nullptr, file.size());
     const returnCode code = parseFileImpl(file.data(), file.data() + file.size(), name, true, file.checkIsMapped());
+    if (scope.checkWasCut())
+        return reportCut(name);
     // The dispatch tries the next reader after a plain failure.
     return code == ok ? ok : failed;
 }

@@ -21,6 +21,10 @@ public:
     returnCode reloadFile(const std::string& name, const std::vector<cCurvePlotDataSection*>& sections);
     // The declarations only: a file whose header reads is a dump.
     returnCode detectFileType(const std::string& name, cCurvePlotParserOpenFileOptions& openFileOptions);
+
+private:
+    // After a read from a mapping that shrank meanwhile: the file's format, but nothing of it.
+    returnCode reportCut(const std::string& name);
 };
 
 }  // namespace vx3

@@ -65,7 +65,7 @@ bool cCurveParserVcdCodeArray::findInMap(std::string_view code, uint32_t& curve)
 {
     if (mMap.empty())
         return false;
-    const auto where = mMap.find(std::string(code));
+    const auto where = mMap.find(code);
     if (where == mMap.end())
         return false;
     curve = where->second;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -61,8 +62,15 @@ public:
 private:
     bool findInMap(std::string_view code, uint32_t& curve) const;
 
+    // Looked up by the view of a code in the file: no string is made from the (mapped) text,
+    // where a value scanner runs under the bus error guard.
+    struct cHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view code) const { return std::hash<std::string_view>()(code); }
+    };
+
     std::vector<uint32_t> mDense;
-    std::unordered_map<std::string, uint32_t> mMap;
+    std::unordered_map<std::string, uint32_t, cHash, std::equal_to<>> mMap;
 };
 
 }  // namespace vx3

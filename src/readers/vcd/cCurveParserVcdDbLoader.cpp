@@ -90,7 +90,7 @@ int cCurveParserVcdDbLoader::loadBlocks(cCurveLoadRequest& request, cBitWisePars
                                         std::string& error)
 {
     cVxMemoryFile& mapped = file.file();
-    return load(request, mapped.data(), mapped.size(), mapped.checkIsMapped(), error);
+    return load(request, mapped.data(), mapped.size(), mapped.checkIsMapped() ? &mapped : nullptr, error);
 }
 
 int cCurveParserVcdDbLoader::loadBlocks(cCurveLoadRequest& request, cBitWiseParser<cVxBinFile>& file,
@@ -103,17 +103,34 @@ int cCurveParserVcdDbLoader::loadBlocks(cCurveLoadRequest& request, cBitWisePars
         error = "The file \"" + binary.fileName() + "\" could not be read.";
         return 3;
     }
-    return load(request, text.data(), text.size(), false, error);
+    return load(request, text.data(), text.size(), nullptr, error);
 }
 
-int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, uint64_t size, bool mapped,
+int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, uint64_t size, cVxMemoryFile* mapped,
                                   std::string& error)
 {
     cCurvePlotVariable& curve = request.variable;
+    // The declarations end where the curve's first piece of values begins. Off a mapping they are
+    // copied first (a guarded copy): their parse builds names and a scratch store, whose
+    // destructors no bus error may jump over.
+    std::string copied;
+    const char* header = data;
+    uint64_t headerSize = size;
+    if (mapped) {
+        for (uint64_t e = 0, position = 0, length = 0; e < curve.getNbOfDbEntries(); ++e)
+            if (curve.getDbEntry(e, position, length))
+                headerSize = std::min(headerSize, position);
+        copied.resize(headerSize);
+        if (!mapped->readBytes(0, copied.data(), headerSize)) {
+            error = mapped->getErrorMessage();
+            return 3;
+        }
+        header = copied.data();
+    }
     cCurvePlotDataFile scratch;
     cCurvePlotParserOptions options;
     cDeclarations declarations(scratch, options);
-    if (declarations.parseFileImpl(data, data + size, curve.fileName(), true, false) != ok) {
+    if (declarations.parseFileImpl(header, header + headerSize, curve.fileName(), true, false) != ok) {
         error = "The declarations of \"" + curve.fileName() + "\" can't be read any more.";
         return 3;
     }
@@ -152,7 +169,7 @@ int cCurveParserVcdDbLoader::load(cCurveLoadRequest& request, const char* data, 
     context.codes = &declarations.codes();
     context.signals = &all;
     context.valueBufferSize = std::max<uint64_t>(128, uint64_t(declarations.getMaxWidth()) * 2 + 16);
-    context.releasePages = mapped;
+    context.releasePages = mapped != nullptr;
     context.validated = true;
     context.onlyHead = all[wanted].head;
     // The pieces in groups of about equal size, one thread each; a group's records are copied

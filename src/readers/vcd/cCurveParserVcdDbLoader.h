@@ -17,7 +17,8 @@ public:
     static void registerLoader();
 
 private:
-    int load(cCurveLoadRequest& request, const char* data, uint64_t size, bool mapped, std::string& error);
+    // mapped: the file whose text data is, when data is its mapping (else null).
+    int load(cCurveLoadRequest& request, const char* data, uint64_t size, cVxMemoryFile* mapped, std::string& error);
 };
 
 }  // namespace vx3

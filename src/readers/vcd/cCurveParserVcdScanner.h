@@ -4,6 +4,7 @@
 // sink of the second. A change costs a code lookup in an array and a call of the sink.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <charconv>
 #include <cstring>
@@ -188,8 +189,15 @@ private:
                                    index < cCurveParserVcdCodeArray::kMaxDenseIndex && !codes.checkUsesMap()
                                ? codes.getVariableIndex(index, signal)
                                : codes.getVariableIndex(std::string_view(start, length), signal);
-        if (!found)
-            return fail(start, std::string(undefinedText) + "\"" + std::string(start, length) + "\" has not been defined.");
+        if (!found) {
+            // The code is copied off the mapping first: a string made from the mapping itself
+            // would leak if the bus error guard jumped out of its making.
+            char code[64];
+            const size_t shown = std::min(length, sizeof(code));
+            std::memcpy(code, start, shown);
+            return fail(start, std::string(undefinedText) + "\"" + std::string(code, shown) +
+                                   (shown < length ? "...\"" : "\"") + " has not been defined.");
+        }
         return true;
     }
 

@@ -16,6 +16,11 @@
 #include <unistd.h>
 #include <vector>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+
 #include "zelwave.h"
 
 namespace {
@@ -101,6 +106,69 @@ int onNotification(void* user, const _vx_zelwave_callback_notification_type* not
     static_cast<cNotifications*>(user)->types.push_back(notification->type);
     return 1;
 }
+
+// A listening tool on a port of the loopback: the viewer's socket session connects to it. Every
+// call waits at most the deadline, so that a viewer that never comes fails instead of hanging.
+class cListeningPeer {
+public:
+    cListeningPeer()
+    {
+        mListener = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof(address);
+        if (mListener < 0 || ::bind(mListener, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0 ||
+            ::listen(mListener, 1) != 0 || ::getsockname(mListener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+            return;
+        mPort = ntohs(address.sin_port);
+    }
+    ~cListeningPeer()
+    {
+        hangUp();
+        if (mListener >= 0)
+            ::close(mListener);
+    }
+    unsigned port() const { return mPort; }
+    bool accept()
+    {
+        pollfd waiting{mListener, POLLIN, 0};
+        if (mPort == 0 || ::poll(&waiting, 1, static_cast<int>(kDeadlineMs)) != 1)
+            return false;
+        mConnection = ::accept(mListener, nullptr, nullptr);
+        timeval timeout{kDeadlineMs / 1000, 0};
+        ::setsockopt(mConnection, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof(timeout));
+        return mConnection >= 0;
+    }
+    bool send(const std::string& text) { return ::send(mConnection, text.data(), text.size(), MSG_NOSIGNAL) == ssize_t(text.size()); }
+    // One line without its end; "<closed>" when the viewer closed the socket first.
+    std::string line()
+    {
+        while (mPending.find('\n') == std::string::npos) {
+            char chunk[4096];
+            const ssize_t got = ::recv(mConnection, chunk, sizeof(chunk), 0);
+            if (got <= 0)
+                return "<closed>";
+            mPending.append(chunk, static_cast<size_t>(got));
+        }
+        const size_t end = mPending.find('\n');
+        std::string first = mPending.substr(0, end);
+        mPending.erase(0, end + 1);
+        return first;
+    }
+    void hangUp()
+    {
+        if (mConnection >= 0)
+            ::close(mConnection);
+        mConnection = -1;
+    }
+
+private:
+    int mListener = -1;
+    int mConnection = -1;
+    unsigned mPort = 0;
+    std::string mPending;
+};
 
 }  // namespace
 
@@ -311,6 +379,69 @@ TEST(zelwaveHost, ClosingWaitsForTheBackgroundTask)
     EXPECT_FALSE(window.isNull());
     EXPECT_TRUE(pumpUntil([&] { return window.isNull(); })) << "the window closes once the task has stopped";
     EXPECT_EQ(qt_zelwave_execute_command(handle, "get_status"), vx_code_bad_pointer) << "its handle is gone";
+}
+
+TEST(zelwaveHost, APeerVanishingMidReplyLeavesTheStoreAndANewSessionWorks)
+{
+    void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
+    ASSERT_NE(handle, nullptr);
+    auto run = [handle](const std::string& command) { return qt_zelwave_execute_command(handle, command.c_str()); };
+    // Its name makes the reply of get_section_name 0 far larger than the socket buffers.
+    const std::string longName(8u << 20, 'n');
+    ASSERT_EQ(run("add_section " + longName), vx_code_ok);
+    ASSERT_EQ(run("add_section kept"), vx_code_ok);
+    ASSERT_EQ(run("add_curve kept v 0 V s 0 1 1 2"), vx_code_ok);
+
+    // The first peer asks for the long name and hangs up before reading a byte of it.
+    std::string firstLine;
+    {
+        cListeningPeer peer;
+        ASSERT_NE(peer.port(), 0u);
+        std::thread tool([&] {
+            if (!peer.accept())
+                return;
+            firstLine = peer.line();
+            peer.send("get_section_name 0\n");
+            peer.hangUp();
+        });
+        EXPECT_EQ(run("start_interactive_socket 127.0.0.1 " + std::to_string(peer.port())), vx_code_queued);
+        int status = vx_code_queued;
+        EXPECT_TRUE(pumpUntil([&] { return (status = run("get_status")) != vx_code_queued; }))
+            << "the session ends";
+        tool.join();
+        EXPECT_EQ(firstLine, "0") << "the viewer said it was ready";
+        EXPECT_EQ(status, vx_code_error) << "the session ended on its failed write";
+    }
+    // Nothing loaded was touched.
+    EXPECT_EQ(run("get_number_of_sections"), vx_code_ok);
+    EXPECT_EQ(results(handle), std::vector<std::string>{"2"});
+    EXPECT_EQ(run("get_section_name 1"), vx_code_ok);
+    EXPECT_EQ(results(handle), std::vector<std::string>{"kept"});
+    EXPECT_EQ(run("get_curve_name kept 0"), vx_code_ok);
+    EXPECT_EQ(results(handle), std::vector<std::string>{"v"});
+
+    // A new session: a command, its reply, and a shut down that ends the session well.
+    std::vector<std::string> replies;
+    {
+        cListeningPeer peer;
+        std::thread tool([&] {
+            if (!peer.accept())
+                return;
+            replies.push_back(peer.line());
+            peer.send("get_section_name 1\n");
+            replies.push_back(peer.line());
+            peer.send("shut_down_interactive_socket\n");
+            replies.push_back(peer.line());
+            replies.push_back(peer.line());
+        });
+        EXPECT_EQ(run("start_interactive_socket 127.0.0.1 " + std::to_string(peer.port())), vx_code_queued);
+        int status = vx_code_queued;
+        EXPECT_TRUE(pumpUntil([&] { return (status = run("get_status")) != vx_code_queued; }));
+        tool.join();
+        EXPECT_EQ(status, vx_code_ok);
+    }
+    EXPECT_EQ(replies, (std::vector<std::string>{"0", "0 \"kept\"", "0", "<closed>"}));
+    closeAndDelete(handle);
 }
 
 int main(int argc, char** argv)
