@@ -25,17 +25,49 @@ cDoubleDouble cDoubleDouble::twoProduct(double a, double b)
     return cDoubleDouble(p, std::fma(a, b, -p));
 }
 
+cDoubleDouble cDoubleDouble::powerOfTen(int exponent)
+{
+    if (exponent >= 0 && exponent <= 22)
+        return cDoubleDouble(std::pow(10.0, exponent));  // exact: 5^22 fits 53 bits
+    if (exponent > 22)
+        return exponent > 330 ? cDoubleDouble(HUGE_VAL) : powerOfTen(exponent - 22) * 1e22;
+    if (exponent < -22)
+        return exponent < -340 ? cDoubleDouble(0.0) : powerOfTen(exponent + 22) * powerOfTen(-22);
+    // The reciprocal of an exact power, with one correction step.
+    const double divisor = std::pow(10.0, -exponent);
+    const double quotient = 1.0 / divisor;
+    const double remainder = -std::fma(quotient, divisor, -1.0);  // 1 - quotient * divisor, exactly
+    return quickTwoSum(quotient, remainder / divisor);
+}
+
+cDoubleDouble cDoubleDouble::decimalOf(double value)
+{
+    const double magnitude = std::fabs(value);
+    if (!(magnitude > 0.0) || !std::isfinite(magnitude))
+        return cDoubleDouble(value);
+    const int top = static_cast<int>(std::floor(std::log10(magnitude)));
+    for (int exponent = top; exponent >= top - 6; --exponent) {
+        const double power = std::pow(10.0, exponent);
+        const double whole = std::round(magnitude / power);
+        if (whole >= 1.0 && std::fabs(whole * power - magnitude) <= 4e-16 * magnitude) {
+            const cDoubleDouble decimal = powerOfTen(exponent) * whole;
+            return value < 0.0 ? -decimal : decimal;
+        }
+    }
+    return cDoubleDouble(value);
+}
+
 cDoubleDouble& cDoubleDouble::operator+=(const cDoubleDouble& other)
 {
     // Sum of both parts with both rounding errors carried: accurate to about 2^-104 relative.
     cDoubleDouble s = twoSum(mHigh, other.mHigh);
+    if (!std::isfinite(s.mHigh))
+        return *this = cDoubleDouble(s.mHigh, 0.0);
     cDoubleDouble t = twoSum(mLow, other.mLow);
     double low = s.mLow + t.mHigh;
     s = quickTwoSum(s.mHigh, low);
     low = t.mLow + s.mLow;
     *this = quickTwoSum(s.mHigh, low);
-    if (!std::isfinite(mHigh))
-        mLow = 0.0;
     return *this;
 }
 
@@ -44,10 +76,10 @@ cDoubleDouble& cDoubleDouble::operator-=(const cDoubleDouble& other) { return *t
 cDoubleDouble& cDoubleDouble::operator+=(double other)
 {
     cDoubleDouble s = twoSum(mHigh, other);
+    if (!std::isfinite(s.mHigh))
+        return *this = cDoubleDouble(s.mHigh, 0.0);
     s.mLow += mLow;
     *this = quickTwoSum(s.mHigh, s.mLow);
-    if (!std::isfinite(mHigh))
-        mLow = 0.0;
     return *this;
 }
 
@@ -56,20 +88,20 @@ cDoubleDouble& cDoubleDouble::operator-=(double other) { return *this += -other;
 cDoubleDouble& cDoubleDouble::operator*=(const cDoubleDouble& other)
 {
     cDoubleDouble p = twoProduct(mHigh, other.mHigh);
+    if (!std::isfinite(p.mHigh))
+        return *this = cDoubleDouble(p.mHigh, 0.0);
     p.mLow += mHigh * other.mLow + mLow * other.mHigh;
     *this = quickTwoSum(p.mHigh, p.mLow);
-    if (!std::isfinite(mHigh))
-        mLow = 0.0;
     return *this;
 }
 
 cDoubleDouble& cDoubleDouble::operator*=(double other)
 {
     cDoubleDouble p = twoProduct(mHigh, other);
+    if (!std::isfinite(p.mHigh))
+        return *this = cDoubleDouble(p.mHigh, 0.0);
     p.mLow += mLow * other;
     *this = quickTwoSum(p.mHigh, p.mLow);
-    if (!std::isfinite(mHigh))
-        mLow = 0.0;
     return *this;
 }
 

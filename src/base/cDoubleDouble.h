@@ -16,6 +16,11 @@ public:
     static cDoubleDouble twoSum(double a, double b);
     static cDoubleDouble quickTwoSum(double a, double b);  // needs |a| >= |b|
     static cDoubleDouble twoProduct(double a, double b);
+    // 10^exponent to about 32 digits (exact up to 10^22), so that multiples of 0.1 land on decimals.
+    static cDoubleDouble powerOfTen(int exponent);
+    // A tick distance such as 0.2, 2.5e-14 or 21600 as the decimal it stands for: a whole number of
+    // up to seven digits times a power of ten; other values are taken as they are.
+    static cDoubleDouble decimalOf(double value);
 
     double high() const { return mHigh; }
     double low() const { return mLow; }

@@ -144,6 +144,8 @@ public:
     static void computeTickDistance(double range, double& distance);
     static void computeFirstTick(double min, double distance, unsigned subdivisions,
                                  cDoubleDouble& firstValue, int64_t& index, bool& overflow);
+    static void computeFirstTick(double min, const cDoubleDouble& distance, unsigned subdivisions,
+                                 cDoubleDouble& firstValue, int64_t& index, bool& overflow);
     virtual void computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) = 0;
     // timeStampClass >= 0 labels with clock times and dates; alignment shifts the multiples of
     // the distance on which ticks stand (seconds of a time zone or to a Monday).

@@ -160,14 +160,20 @@ void wxSinglePlotWidgetAxis::computeTickDistance(double range, double& distance)
 void wxSinglePlotWidgetAxis::computeFirstTick(double min, double distance, unsigned subdivisions,
                                               cDoubleDouble& firstValue, int64_t& index, bool& overflow)
 {
+    computeFirstTick(min, cDoubleDouble(distance), subdivisions, firstValue, index, overflow);
+}
+
+void wxSinglePlotWidgetAxis::computeFirstTick(double min, const cDoubleDouble& distance, unsigned subdivisions,
+                                              cDoubleDouble& firstValue, int64_t& index, bool& overflow)
+{
     overflow = false;
     subdivisions = std::max(1u, subdivisions);
     // A whole multiple of the distance a little below min; the product is kept exactly, so that
     // every tick is a whole multiple of the distance even where min / distance passes 2^53.
-    const double base = std::round(min / distance) - 5.0;
-    const cDoubleDouble baseValue = cDoubleDouble::twoProduct(base, distance);
-    const cDoubleDouble steps = ((cDoubleDouble(min) - baseValue) * (1.0 / distance)).roundToWhole();
-    cDoubleDouble value = cDoubleDouble::twoProduct(steps.high(), distance) + baseValue;
+    const double base = std::round(min / distance.high()) - 5.0;
+    const cDoubleDouble baseValue = distance * base;
+    const cDoubleDouble steps = ((cDoubleDouble(min) - baseValue) * (1.0 / distance.high())).roundToWhole();
+    cDoubleDouble value = distance * steps.high() + baseValue;
     // Which tick of the rhythm this is: (base + steps) mod subdivisions, in integers.
     const int64_t baseIndex = static_cast<int64_t>(std::fmod(base, static_cast<double>(subdivisions)));
     index = (baseIndex + steps.roundToInt64() % subdivisions) % static_cast<int64_t>(subdivisions);
@@ -244,10 +250,14 @@ void wxSinglePlotWidgetAxis::computeAxesTicksLinear(const wxAxisTextMetricsVirtu
     cDoubleDouble value;
     int64_t index = 0;
     bool overflow = false;
-    // Ticks stand on multiples of the distance counted from the alignment (local midnight, a Monday).
-    computeFirstTick(mMin + alignment, distance, subdivisions, value, index, overflow);
+    // Ticks stand on decimal multiples of the distance counted from the alignment (local
+    // midnight, a Monday). A tick a hair beyond either end, from the decimal's last digits, counts
+    // as on the end.
+    const cDoubleDouble step = cDoubleDouble::decimalOf(distance);
+    const double tolerance = 1e-9 * distance;
+    computeFirstTick(mMin + alignment - tolerance, step, subdivisions, value, index, overflow);
     value -= alignment;
-    const cDoubleDouble max(mMax);
+    const cDoubleDouble max = cDoubleDouble(mMax) + tolerance;
     int64_t previousPixel = std::numeric_limits<int64_t>::min();
     int reference = -1;
     double smallestError = std::numeric_limits<double>::infinity();
@@ -291,7 +301,7 @@ void wxSinglePlotWidgetAxis::computeAxesTicksLinear(const wxAxisTextMetricsVirtu
         }
         mTicks.push_back(std::move(tick));
         previousPixel = pixel;
-        const cDoubleDouble next = value + distance;
+        const cDoubleDouble next = value + step;
         if (next == value)
             break;
         value = next;
