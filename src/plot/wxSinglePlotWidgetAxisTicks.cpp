@@ -264,6 +264,7 @@ void wxSinglePlotWidgetAxis::computeAxesTicksLinear(const wxAxisTextMetricsVirtu
     bool equalNeighbours = false;
     bool zeroLabel = false;
     std::string lastLabel;
+    double largestError = 0.0;
     while (!overflow && value <= max && mTicks.size() < most_ticks) {
         const cDoubleDouble exactPixel = mIsLog ? toIntLog(value) : toIntLin(value);
         const int64_t pixel = exactPixel.roundToInt64();
@@ -287,6 +288,7 @@ void wxSinglePlotWidgetAxis::computeAxesTicksLinear(const wxAxisTextMetricsVirtu
                 text = doubleToStr(precision, value.toDouble() * mLabelScaleFactor, error);
             if (static_cast<double>(pixel) + 0.5 * computeLabelExtent(metrics, text) <= pixelHigh) {
                 tick.text = std::move(text);
+                largestError = std::max(largestError, error);
                 if (error < smallestError) {
                     smallestError = error;
                     reference = static_cast<int>(mTicks.size());
@@ -307,6 +309,13 @@ void wxSinglePlotWidgetAxis::computeAxesTicksLinear(const wxAxisTextMetricsVirtu
         value = next;
         index = (index + 1) % subdivisions;
     }
+    // A label that is further from its tick than half the way to the next labelled tick names
+    // the wrong tick just as two equal labels do (neighbours can straddle a rounding boundary).
+    const size_t labelled = static_cast<size_t>(
+        std::count_if(mTicks.begin(), mTicks.end(), [](const cTickLabel& tick) { return !tick.text.empty(); }));
+    const double labelledDistance = std::fabs(distance * subdivisions * mLabelScaleFactor);
+    if (labelled > 1 && largestError > 0.5 * labelledDistance && timeStampClass < 0)
+        equalNeighbours = true;
     if (!equalNeighbours)
         return;
     // Labels too short to tell neighbours apart: around zero the repeated texts go, elsewhere the
