@@ -218,6 +218,8 @@ protected:
     int mDeltaReferenceIndex = -1;
     double mCacheScale = 0.0;
     bool mCacheValid = false;
+    double mCachePixels = 0.0;
+    double mCacheLabelScaleFactor = 1.0;
     double mCacheTickDistance = 0.0;
     unsigned mCacheSubdivisions = 1;
     double mLabelSpace = 0.0;

@@ -206,7 +206,9 @@ void wxSinglePlotWidgetAxis::computeTicksLinearAll(const wxAxisTextMetricsVirtua
     computeTickDistance(max - min, decade);
     // The labels stand on multiples of this power of ten, so it sets the digits.
     computeLabelPrecision(metrics, min, max, decade, precision, textWidth, textHeight, maxTextWidth);
-    if (mCacheValid && mCacheScale == mScale && !mPixelCacheStale) {
+    // A scroll keeps the scale, and with it the rhythm of the ticks: only the digits may change.
+    const double pixels = pixelHigh - mPixelOfMin;
+    if (mCacheValid && mCacheScale == mScale && mCachePixels == pixels && mCacheLabelScaleFactor == mLabelScaleFactor) {
         distance = mCacheTickDistance;
         subdivisions = mCacheSubdivisions;
         return;
@@ -233,10 +235,11 @@ void wxSinglePlotWidgetAxis::computeTicksLinearAll(const wxAxisTextMetricsVirtua
             subdivisions *= 2;
     }
     mCacheScale = mScale;
+    mCachePixels = pixels;
+    mCacheLabelScaleFactor = mLabelScaleFactor;
     mCacheTickDistance = distance;
     mCacheSubdivisions = subdivisions;
     mCacheValid = true;
-    mPixelCacheStale = false;
 }
 
 void wxSinglePlotWidgetAxis::computeAxesTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,

@@ -107,6 +107,35 @@ TEST(wxSinglePlotWidgetAxis, LinearTicksOfSmallRanges)
     EXPECT_DOUBLE_EQ(narrow.getLabelSpace(), 28.0 + 24.0);
 }
 
+TEST(wxSinglePlotWidgetAxis, ScrollKeepsTheTickRhythm)
+{
+    cFixedWidthMetrics metrics;
+    wxSinglePlotWidgetXAxis axis;
+    axis.setBoundingBox(0.0, 10.0);
+    ASSERT_TRUE(axis.setView(0.0, 4.9, 0.0, 1000.0));
+    axis.computeAxesTicks(metrics, 1000.0);
+    EXPECT_DOUBLE_EQ(axis.getTickDistance(), 0.2);
+    EXPECT_EQ(axis.getTickSubdivisions(), 5u);
+    // Scrolled by a tick: the same steps, the labels still on the whole numbers.
+    ASSERT_TRUE(axis.scrollLinear(0.2));
+    axis.computeAxesTicks(metrics, 1000.0);
+    EXPECT_DOUBLE_EQ(axis.getTickDistance(), 0.2);
+    EXPECT_EQ(axis.getTickSubdivisions(), 5u);
+    EXPECT_NEAR(axis.getTicks().front().value, 0.2, 1e-15);
+    EXPECT_EQ(axis.getTicks().front().kind, tick_subdivision);
+    EXPECT_EQ(axis.getTicks()[4].text, "1.0");
+    // A zoom changes the scale, and the steps are chosen anew.
+    ASSERT_TRUE(axis.zoomFactor(0.5, 2.65, 0.0, 1000.0));
+    axis.computeAxesTicks(metrics, 1000.0);
+    EXPECT_DOUBLE_EQ(axis.getTickDistance(), 0.5);
+    // So does less room for the labels at the same scale.
+    wxSinglePlotWidgetXAxis other;
+    ASSERT_TRUE(other.setView(0.0, 4.9, 0.0, 1000.0));
+    other.computeAxesTicks(metrics, 1000.0);
+    other.computeAxesTicks(metrics, 100.0);
+    EXPECT_EQ(other.getTickSubdivisions(), 20u);  // 25 ticks, room for round(100 / 42) = 2 labels: 5, 10, 20
+}
+
 TEST(wxSinglePlotWidgetAxis, DeepZoomShowsOneValueAndOffsets)
 {
     cFixedWidthMetrics metrics;
