@@ -492,3 +492,35 @@ TEST(wxSinglePlotWidgetAxis, BoundingBoxAndNames)
     EXPECT_EQ(plotTypeToFullName(waveExplorerWidgetVirtual::polar_coordinates_plot), "Polar Coordiantes Plot");
     EXPECT_EQ(plotTypeToFullName(99), "");
 }
+
+TEST(wxSinglePlotWidgetAxis, BadViewsGiveNoTicksAndNoHang)
+{
+    cFixedWidthMetrics metrics;
+    wxSinglePlotWidgetXAxis axis;
+    EXPECT_FALSE(axis.setView(5.0, 5.0, 0.0, 1000.0));
+    EXPECT_FALSE(axis.setView(std::nan(""), 1.0, 0.0, 1000.0));
+    EXPECT_FALSE(axis.setView(0.0, INFINITY, 0.0, 1000.0));
+    EXPECT_FALSE(axis.setView(0.0, 1.0, 1000.0, 1000.0));
+    EXPECT_FALSE(axis.setView(-1e100, 1.0, 0.0, 1000.0));
+    EXPECT_EQ(axis.getMin(), 0.0);  // still the default view
+    EXPECT_FALSE(axis.zoomFactor(std::nan(""), 0.5, 0.0, 1000.0));
+    EXPECT_FALSE(axis.zoomFactor(2.0, INFINITY, 0.0, 1000.0));
+    EXPECT_FALSE(axis.scrollLinear(std::nan("")));
+    EXPECT_TRUE(axis.checkAxisMaxZoomExceeded(0.0));
+    // A screen of a billion pixels: the ticks stop at a bound instead of filling memory.
+    ASSERT_TRUE(axis.setView(0.0, 1e9, 0.0, 1e9));
+    axis.computeAxesTicks(metrics, 1e9);
+    EXPECT_LE(axis.getTicks().size(), 100000u);
+    EXPECT_GT(axis.getTicks().size(), 10u);
+    // A log view over non-positive values is refused; one over a single value too.
+    wxSinglePlotWidgetXAxis log;
+    log.setLog(true);
+    EXPECT_FALSE(log.setView(-1.0, -0.5, 0.0, 1000.0));
+    EXPECT_FALSE(log.setView(2.0, 2.0, 0.0, 1000.0));
+    log.computeAxesTicks(metrics, 1000.0);  // the default view 0..1 has no log ticks
+    EXPECT_TRUE(log.getTicks().empty());
+    // The precision of a label never exceeds what 64 bits of digits hold.
+    double error = 0.0;
+    EXPECT_EQ(axis.doubleToStr(100, 1.5, error), "1.5");
+    EXPECT_EQ(axis.doubleToStr(-5, 1.5, error), "2.0");
+}
