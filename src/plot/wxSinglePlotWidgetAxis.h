@@ -1,0 +1,232 @@
+// One axis of a plot: the mapping between data and pixels, the limits of zoom and scroll, and the
+// ticks with their labels. Free of any toolkit: texts are measured through wxAxisTextMetricsVirtual.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/cDoubleDouble.h"
+#include "plot/wxAxisTextMetricsVirtual.h"
+
+namespace vx3 {
+namespace singlePlotWidgetAxis {
+
+enum tick_kind : int { tick_on_zero = 0, tick_labelled = 1, tick_subdivision = 2 };
+
+struct cTickLabel {
+    int kind = tick_subdivision;
+    double position = 0.0;        // pixel, rounded
+    double exactPosition = 0.0;   // pixel before rounding
+    double textX = -1000.0;       // set when the label is drawn
+    double textY = -1000.0;
+    std::string text;             // empty: no label
+    double value = 0.0;           // the tick's value is value + valueLow exactly
+    double valueLow = 0.0;
+    cDoubleDouble exactValue() const { return cDoubleDouble(value, valueLow); }
+};
+
+// The few settings of the user's configuration that the axis arithmetic needs.
+struct cAxisSettings {
+    bool zoomLimit = true;          // views may not leave the curves' bounding box (plus margin)
+    double tickCrossSize = 1.0;     // configured size; the cross is this * 6 pixels
+    bool timeStampLocalTime = true; // time stamp labels in local time, else in UTC
+};
+
+// Classes of a time stamp axis's range, from the tick distance.
+enum time_stamp_class : int {
+    time_stamp_plain = 0,
+    time_stamp_seconds = 1,
+    time_stamp_minutes = 2,
+    time_stamp_hours = 3,
+    time_stamp_days = 4,
+    time_stamp_weeks = 5,
+    time_stamp_months = 6,
+};
+
+constexpr unsigned time_stamp_unit_identifier = 0x3c;  // data unit of seconds since the epoch
+constexpr double smallest_range = 1e-40;
+constexpr double largest_value = 1e+100;
+constexpr double smallest_log_value = 1e-100;
+
+}  // namespace singlePlotWidgetAxis
+
+class wxSinglePlotWidgetAxis {
+public:
+    explicit wxSinglePlotWidgetAxis(const singlePlotWidgetAxis::cAxisSettings& settings = {});
+    virtual ~wxSinglePlotWidgetAxis() = default;
+
+    // --- state -------------------------------------------------------------------------------
+    bool checkIsLog() const { return mIsLog; }
+    void setLog(bool log) { mIsLog = log; mPixelCacheStale = true; }
+    double getScale() const { return mScale; }
+    double getInverseScale() const { return mInverseScale; }
+    void setScale(double scale);
+    double getMin() const { return mMin; }
+    double getMax() const { return mMax; }
+    double getLogOffset() const { return mLogOffset; }
+    double getPixelOfMin() const { return mPixelOfMin; }
+    // Sets the view and the scale that puts min at pixelLow and max at pixelHigh (log or linear).
+    bool setView(double min, double max, double pixelLow, double pixelHigh);
+
+    const singlePlotWidgetAxis::cAxisSettings& getSettings() const { return mSettings; }
+    void setSettings(const singlePlotWidgetAxis::cAxisSettings& settings) { mSettings = settings; }
+    int getTickCrossSize() const;
+
+    double getLabelScaleFactor() const { return mLabelScaleFactor; }
+    // factor: the unit per displayed unit (1e-9 shows nanoseconds); the labels multiply by 1 / factor.
+    void setLabelScaleFactor(double factor, const std::string& prefix = std::string());
+    const std::string& getScaleFactorPrefix() const { return mScaleFactorPrefix; }
+    int getLabelPrecision() const { return mLabelPrecision; }
+    int getFixedPrecision() const { return mFixedPrecision; }
+    void setFixedPrecision(int precision) { mFixedPrecision = precision; }
+    double getUpdateMin() const { return mUpdateMin; }
+    double getUpdateMax() const { return mUpdateMax; }
+    unsigned getDataUnitIdentifier() const { return mDataUnitIdentifier; }
+    void setDataUnitIdentifier(unsigned unit) { mDataUnitIdentifier = unit; }
+    bool checkIsTimeStampAxis() const;
+    void setTimeStampAsDate(bool asDate) { mTimeStampAsDate = asDate; }
+    bool checkTimeStampAsDate() const { return mTimeStampAsDate; }
+    unsigned getTimeStampConversion() const { return mTimeStampConversion; }
+    void setTimeStampConversion(unsigned conversion) { mTimeStampConversion = conversion; }
+    int getGridType() const { return mGridType; }
+    void setGridType(int type) { mGridType = type; }
+    double getZoomLimitMargin() const { return mZoomLimitMargin; }
+    void setZoomLimitMargin(double margin) { mZoomLimitMargin = margin; }
+
+    // Returns whether the box changed.
+    bool setBoundingBox(double min, double max);
+    double getBoundingBoxMin() const { return mBoundingBoxMin; }
+    double getBoundingBoxMax() const { return mBoundingBoxMax; }
+    // Orders and widens a box so that it has a usable positive width.
+    static void fixBBoxValues(double& min, double& max);
+
+    const std::vector<singlePlotWidgetAxis::cTickLabel>& getTicks() const { return mTicks; }
+    int getDeltaReferenceIndex() const { return mDeltaReferenceIndex; }
+    double getTickDistance() const { return mCacheTickDistance; }
+    unsigned getTickSubdivisions() const { return mCacheSubdivisions; }
+    double getLabelSpace() const { return mLabelSpace; }
+
+    // --- mapping -----------------------------------------------------------------------------
+    double toInt(double value) const;
+    double toInt(double value, cDoubleDouble& exact) const;
+    double toDouble(double pixel) const;
+    cDoubleDouble toDoubleExact(double pixel) const;  // linear axes only
+    cDoubleDouble toIntLin(const cDoubleDouble& value) const;
+    cDoubleDouble toIntLog(const cDoubleDouble& value) const;
+    double toDoubleDistanceLog(double pixels) const;  // factor spanned by a pixel distance
+
+    // --- zoom and scroll ---------------------------------------------------------------------
+    bool zoomFactor(double factor, double centre, double pixelLow, double pixelHigh);
+    bool checkAxisMaxZoomExceeded(double factor) const;
+    bool checkAxisMaxZoomExceeded(double factor, double centre, double pixelLow, double pixelHigh) const;
+    void limitZoomRange(double& min, double& max) const;
+    void getZoomRangeMinMax(double& min, double& max) const;
+    void getZoomRangeMinMax(double& min, double& max, double range) const;
+    bool scrollLinear(double distance);
+    bool scroll(double pixels);
+    bool updateScaleForLogAxis(double min, double max, double pixelLow, double pixelHigh);
+    void computeMinMaxUpdate(double pixelLow, double pixelHigh);
+
+    // --- numbers as text ---------------------------------------------------------------------
+    static int computeExponent(double value);
+    void computeLabelPrecision(double min, double max, double distance, int& precision) const;
+    // The drawing form: also the width and height of the widest of the texts of min, max and
+    // distance; a positive maxTextWidth lowers the precision (not below 2) until the text fits.
+    void computeLabelPrecision(const wxAxisTextMetricsVirtual& metrics, double min, double max,
+                               double distance, int& precision, double& textWidth,
+                               double& textHeight, double maxTextWidth = -1.0) const;
+    int computeRequiredPrecision(double min, double max, double distance) const;
+    std::string doubleToStr(int precision, double value) const;
+    std::string doubleToStr(int precision, double value, double& error) const;
+
+    // --- ticks -------------------------------------------------------------------------------
+    static void computeTickDistance(double range, double& distance);
+    static void computeFirstTick(double min, double distance, unsigned subdivisions,
+                                 cDoubleDouble& firstValue, int64_t& index, bool& overflow);
+    static void computeFirstTick(double min, const cDoubleDouble& distance, unsigned subdivisions,
+                                 cDoubleDouble& firstValue, int64_t& index, bool& overflow);
+    virtual void computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) = 0;
+    // timeStampClass >= 0 labels with clock times and dates; alignment shifts the multiples of
+    // the distance on which ticks stand (seconds of a time zone or to a Monday).
+    void computeAxesTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,
+                                double distance, unsigned subdivisions, int precision,
+                                int timeStampClass = -1, double alignment = 0.0);
+    virtual void computeAxesTicksLog(const wxAxisTextMetricsVirtual& metrics, double pixelHigh);
+    void removeDuplicatedLabels();
+    void computeDeltaLabels(const wxAxisTextMetricsVirtual& metrics, int reference, double step,
+                            double pixelHigh);
+    void simplifyTickLabelsLog(const wxAxisTextMetricsVirtual& metrics);
+    void clearTicks();
+
+    // --- time stamps (seconds since the epoch) ------------------------------------------------
+    // Returns the time_stamp_class of the chosen distance; at most maxTicks ticks of that distance.
+    static int computeTickDistanceTimeStamp(double min, double max, double& distance,
+                                            unsigned& subdivisions, double maxTicks = 6.0);
+    static int computeTimeStampPrecision(int timeStampClass, double distance);
+    std::string convertTimeStampToStringForAxes(double seconds, int timeStampClass,
+                                                int precision) const;
+    void computeAxesTicksTimeStamp(const wxAxisTextMetricsVirtual& metrics, double pixelHigh);
+
+protected:
+    // The space one label needs along the axis, from the measured text.
+    virtual double computeLabelSpace(double textWidth, double textHeight, double charHeight) const = 0;
+    // How far a label reaches along the axis.
+    virtual double computeLabelExtent(const wxAxisTextMetricsVirtual& metrics, const std::string& text) const = 0;
+    // Distance, subdivisions and precision for the present view, the first two cached per scale.
+    void computeTicksLinearAll(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double min,
+                               double max, double& distance, int& precision, unsigned& subdivisions,
+                               double& textWidth, double& textHeight, double maxTextWidth);
+    bool checkValuesWithinLimits(double min, double max, double range) const;
+    void recomputeScaleFromPixels(double pixelLow, double pixelHigh);
+    double pixelPositionOf(const cDoubleDouble& value) const;
+
+    struct cSavedView {
+        double scale, inverse, min, max, logOffset, pixelOfMin;
+    };
+    cSavedView saveView() const;
+    void restoreView(const cSavedView& saved);
+
+    bool mIsLog = false;
+    double mInverseScale = 1.0;
+    double mScale = 1.0;
+    bool mPixelCacheStale = true;
+    double mMin = 0.0;
+    double mLogOffset = 0.0;
+    double mPixelOfMin = 0.0;
+    double mMax = 1.0;
+    singlePlotWidgetAxis::cAxisSettings mSettings;
+    std::string mLabel;
+    std::vector<std::string> mLabelLines;
+    std::string mScaleFactorPrefix;
+    double mLabelScaleFactor = 1.0;
+    double mNormalizingImpedance = 50.0;
+    int mLabelPrecision = 6;
+    int mFixedPrecision = -1;
+    bool mLabelSetByUser = false;
+    bool mScaleSetByUser = false;
+    double mUpdateMin = 0.0;
+    double mUpdateMax = 1.0;
+    double mUpdatePixelLow = 0.0;
+    double mUpdatePixelHigh = 0.0;
+    unsigned mDataUnitIdentifier = 0;
+    double mBoundingBoxMin = 0.0;
+    double mBoundingBoxMax = 1.0;
+    bool mBoundingBoxInitialised = false;
+    std::vector<std::string> mEnumerationTexts;
+    std::vector<singlePlotWidgetAxis::cTickLabel> mTicks;
+    int mDeltaReferenceIndex = -1;
+    double mCacheScale = 0.0;
+    bool mCacheValid = false;
+    double mCachePixels = 0.0;
+    double mCacheLabelScaleFactor = 1.0;
+    double mCacheTickDistance = 0.0;
+    unsigned mCacheSubdivisions = 1;
+    double mLabelSpace = 0.0;
+    unsigned mTimeStampConversion = 2;
+    bool mTimeStampAsDate = false;
+    double mZoomLimitMargin = 0.01;
+    int mGridType = 2;
+};
+
+}  // namespace vx3

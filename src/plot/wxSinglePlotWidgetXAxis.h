@@ -1,0 +1,23 @@
+// The horizontal axis: linear, logarithmic or time stamps; labels side by side.
+#pragma once
+
+#include "plot/wxSinglePlotWidgetAxis.h"
+
+namespace vx3 {
+
+class wxSinglePlotWidgetXAxis : public wxSinglePlotWidgetAxis {
+public:
+    using wxSinglePlotWidgetAxis::wxSinglePlotWidgetAxis;
+
+    void computeTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double min, double max,
+                            double& distance, int& precision, unsigned& subdivisions, double& textWidth,
+                            double& textHeight);
+    // Replaces the ticks by those of the present view; pixelHigh is the right end of the axis.
+    void computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) override;
+
+protected:
+    double computeLabelSpace(double textWidth, double textHeight, double charHeight) const override;
+    double computeLabelExtent(const wxAxisTextMetricsVirtual& metrics, const std::string& text) const override;
+};
+
+}  // namespace vx3
