@@ -1,0 +1,29 @@
+// The evaluator of the waveform calculator: parses and evaluates expressions over the curves of
+// a store.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "expressions/cExpressionEvaluator.h"
+#include "expressions/cWaveformExpression.h"
+#include "expressions/waveformExpressionEvaluator.h"
+
+namespace vx3 {
+
+class cWaveformExpressionEvaluator
+    : public cExpressionEvaluator<waveformExpressionEvaluator::cEvaluator, cWaveformExpression> {
+public:
+    cWaveformExpressionEvaluator() = default;
+    explicit cWaveformExpressionEvaluator(cCurvePlotDataFile* store, cCurvePlotDataSection* currentSection = nullptr)
+    {
+        setDataFile(store);
+        setCurrentSection(currentSection);
+    }
+
+    // Parses text and evaluates it into result; false after the reasons were reported ("Failed
+    // to parse expression ... (text)" for text that doesn't parse).
+    bool evaluateString(std::string_view text, cWaveformExpression& result);
+};
+
+}  // namespace vx3

@@ -1,0 +1,488 @@
+// Operators and functions of the curve layer: a curve with a curve through the engine, a curve
+// with a number sample by sample, and the functions that take a whole curve.
+#include <algorithm>
+#include <cmath>
+
+#include "expressions/postProcessCalculus.h"
+#include "expressions/postProcessOperators.h"
+#include "expressions/postProcessShaping.h"
+#include "expressions/waveformExpressionEvaluator.h"
+
+namespace vx3::waveformExpressionEvaluator {
+
+using namespace baseExpression;
+
+namespace {
+
+// Two-curve operations that the engine's table lacks.
+struct cPwr {
+    static constexpr bool kRealOnly = true;
+    template <class V>
+    V operator()(V a, V b) const { return a < 0 ? -std::pow(-a, b) : std::pow(a, b); }
+};
+struct cSignOf {
+    static constexpr bool kRealOnly = true;
+    template <class V>
+    V operator()(V a, V b) const { return b >= 0 ? std::fabs(a) : -std::fabs(a); }
+};
+struct cMinimum {
+    static constexpr bool kRealOnly = true;
+    template <class V>
+    V operator()(V a, V b) const { return std::min(a, b); }
+};
+struct cMaximum {
+    static constexpr bool kRealOnly = true;
+    template <class V>
+    V operator()(V a, V b) const { return std::max(a, b); }
+};
+
+// With the number left of the curve, a comparison is evaluated by its partner with the curve
+// left: "<" by ">=", "<=" by ">", and back.
+op_type comparisonPartner(op_type op)
+{
+    switch (op) {
+    case op_less: return op_greater_equal;
+    case op_greater_equal: return op_less;
+    case op_less_equal: return op_greater;
+    case op_greater: return op_less_equal;
+    default: return op;
+    }
+}
+
+bool checkIsComparison(op_type op)
+{
+    return op == op_less || op == op_less_equal || op == op_greater || op == op_greater_equal;
+}
+
+postProcess::cCurveSamples<double, double> samplesOf(const std::vector<double>& xs, const std::vector<double>& ys)
+{
+    return postProcess::makeCurveSamples(xs.data(), ys.data(), xs.size());
+}
+
+}  // namespace
+
+op_type cEvaluator::checkIfEvaluationIsPossible(T& node, std::vector<cPostProcessCurveDescription>& descriptions,
+                                                std::vector<bool>& isCurve)
+{
+    descriptions.assign(node.childSize(), cPostProcessCurveDescription());
+    isCurve.assign(node.childSize(), false);
+    bool any = false;
+    for (size_t i = 0; i < node.childSize(); ++i) {
+        if (getCurveDescription(node.operands()[i], descriptions[i])) {
+            if (!makeNumeric(descriptions[i]))
+                return op_failed;
+            isCurve[i] = any = true;
+        }
+    }
+    return any ? op_name : op_none;
+}
+
+op_type cEvaluator::computeSpecialFunction(T& node, bool& handled)
+{
+    return cBaseExpressionEvaluator::computeSpecialFunction(node, handled);
+}
+
+op_type cEvaluator::computeOperator(T& node)
+{
+    std::vector<cPostProcessCurveDescription> curves;
+    std::vector<bool> isCurve;
+    if (node.getOperator() == op_function_bit && node.childSize() == 2) {
+        // The bit of a logic vector stays logic.
+        cPostProcessCurveDescription curve;
+        if (getCurveDescription(node.operands()[0], curve) && curve.checkCurveIsDigital()) {
+            if (!node.operands()[1].checkIsNumber())
+                return op_bad_second_argument;
+            return computeCurveBit(node, curve, node.operands()[1].getAsDouble());
+        }
+    }
+    const op_type possible = checkIfEvaluationIsPossible(node, curves, isCurve);
+    if (checkIsStatus(possible))
+        return op_failed;
+    if (possible == op_none)
+        return cBaseExpressionEvaluator::computeOperator(node);
+    bool handled = false;
+    const op_type result = computeCurveFunction(node, curves, isCurve, handled);
+    if (handled)
+        return result;
+    const op_type op = node.getOperator();
+    if (node.childSize() == 2 && (checkIsBinaryOperator(op) || op == op_function_pow || op == op_function_power ||
+                                  op == op_function_pwr || op == op_function_sign || op == op_function_min ||
+                                  op == op_function_max))
+        return computeCurveBinary(node, curves, isCurve);
+    if (node.childSize() == 1) {
+        bool known = false;
+        getUnaryFunctors(op, known);
+        if (known)
+            return computeCurveUnary(node, curves[0]);
+    }
+    return node.childSize() == 1 || !checkIsBuiltInFunction(op) ? op_bad_arguments : op_bad_number_of_arguments;
+}
+
+op_type cEvaluator::computeCurveUnary(T& node, const cPostProcessCurveDescription& curve)
+{
+    bool known = false;
+    const cFunctors f = getUnaryFunctors(node.getOperator(), known);
+    cCurveCopy copy;
+    if (!readCurve(curve, copy))
+        return op_failed;
+    if (copy.complex) {
+        if (!f.complex1)
+            return op_complex_not_allowed;
+        for (size_t i = 0; i < copy.size(); ++i) {
+            const tComplex z = copy.yc[i];
+            copy.yc[i] = std::isnan(z.real()) || std::isnan(z.imag()) ? tComplex(NAN, NAN) : f.complex1(z);
+        }
+        if (f.complexResultIsReal) {
+            copy.ys.resize(copy.size());
+            for (size_t i = 0; i < copy.size(); ++i)
+                copy.ys[i] = copy.yc[i].real();
+            copy.yc.clear();
+            copy.complex = false;
+        }
+    } else {
+        for (double& y : copy.ys)
+            y = std::isnan(y) ? NAN : f.real1(y);
+    }
+    return storeTemporaryCurve(node, copy);
+}
+
+op_type cEvaluator::computeCurveBinary(T& node, const std::vector<cPostProcessCurveDescription>& curves,
+                                       const std::vector<bool>& isCurve)
+{
+    const op_type op = node.getOperator();
+    if (isCurve[0] && isCurve[1]) {
+        // Only an addition extends over both curves; everything else is defined where both are.
+        const bool unionMode = op == op_add;
+        cCurvePlotDataSection* section = getResultSection();
+        const std::string name = generateNewTmpCurve();
+        uint64_t index = 0;
+        auto run = [&](auto functor) {
+            return applyOperatorToTwoCurves(getDataFile(), *section, name, curves[0], curves[1], unionMode, functor,
+                                            index);
+        };
+        bool done = false;
+        switch (op) {
+        case op_add: done = run(postProcess::cAdd()); break;
+        case op_subtract: done = run(postProcess::cSubtract()); break;
+        case op_multiply: done = run(postProcess::cMultiply()); break;
+        case op_divide: done = run(postProcess::cDivide()); break;
+        case op_power:
+        case op_function_pow:
+        case op_function_power: done = run(postProcess::cPower()); break;
+        case op_function_pwr: done = run(cPwr()); break;
+        case op_function_sign: done = run(cSignOf()); break;
+        case op_function_min: done = run(cMinimum()); break;
+        case op_function_max: done = run(cMaximum()); break;
+        case op_less: done = run(postProcess::cLess()); break;
+        case op_less_equal: done = run(postProcess::cLessEqual()); break;
+        case op_greater: done = run(postProcess::cGreater()); break;
+        case op_greater_equal: done = run(postProcess::cGreaterEqual()); break;
+        case op_equal: done = run(postProcess::cEqual()); break;
+        case op_not_equal: done = run(postProcess::cNotEqual()); break;
+        case op_logical_and: done = run(postProcess::cLogicalAnd()); break;
+        case op_logical_or: done = run(postProcess::cLogicalOr()); break;
+        default: return op_bad_arguments;
+        }
+        if (!done) {
+            if (getErrorString() == kComplexMessage) {
+                errorMsg("\"" + getNameForMessages(node) + "\" does not apply to complex values.");
+                return op_failed;
+            }
+            return reportEngineError("The curves could not be combined.");
+        }
+        insertTemporaryCurve(name, section->getSectionId());
+        node = T(name);
+        return op_name;
+    }
+    // A curve with a number: each sample with the number.
+    const bool curveLeft = isCurve[0];
+    const T& scalarNode = node.operands()[curveLeft ? 1 : 0];
+    if (!scalarNode.checkIsNumber())
+        return curveLeft ? op_bad_second_argument : op_bad_first_argument;
+    const tComplex scalar = scalarNode.getAsComplex();
+    const bool scalarComplex = scalarNode.getOperator() == op_complex;
+    bool known = false;
+    const bool partner = !curveLeft && checkIsComparison(op);
+    const cFunctors f = getBinaryFunctors(partner ? comparisonPartner(op) : op, known);
+    if (!known)
+        return op_bad_arguments;
+    cCurveCopy copy;
+    if (!readCurve(curves[curveLeft ? 0 : 1], copy))
+        return op_failed;
+    const bool complex = copy.complex || scalarComplex;
+    if (complex && !f.complex2)
+        return op_complex_not_allowed;
+    // The scalar stands left only for the commuted operations; comparisons use their partner.
+    const bool swap = !curveLeft && !partner;
+    if (complex) {
+        if (!copy.complex) {
+            copy.yc.assign(copy.ys.begin(), copy.ys.end());
+            copy.ys.clear();
+        }
+        const bool scalarUndefined = std::isnan(scalar.real()) || std::isnan(scalar.imag());
+        for (auto& y : copy.yc) {
+            if (scalarUndefined || std::isnan(y.real()) || std::isnan(y.imag()))
+                y = tComplex(NAN, NAN);
+            else
+                y = swap ? f.complex2(scalar, y) : f.complex2(y, scalar);
+        }
+        copy.complex = !f.complexResultIsReal;
+        if (!copy.complex) {
+            for (const auto& y : copy.yc)
+                copy.ys.push_back(y.real());
+            copy.yc.clear();
+        }
+    } else {
+        const double s = scalar.real();
+        for (double& y : copy.ys)
+            y = std::isnan(s) || std::isnan(y) ? NAN : swap ? f.real2(s, y) : f.real2(y, s);
+    }
+    return storeTemporaryCurve(node, copy);
+}
+
+bool cEvaluator::readInterval(const T& node, size_t first, double& x1, double& x2)
+{
+    x1 = x2 = NAN;
+    if (node.childSize() > first) {
+        if (!node.operands()[first].checkIsNumber())
+            return false;
+        x1 = node.operands()[first].getAsDouble();
+    }
+    if (node.childSize() > first + 1) {
+        if (!node.operands()[first + 1].checkIsNumber())
+            return false;
+        x2 = node.operands()[first + 1].getAsDouble();
+    }
+    return node.childSize() <= first + 2;
+}
+
+op_type cEvaluator::computeExtreme(T& node, const cPostProcessCurveDescription& curve, bool maximum, bool xValue)
+{
+    double x1 = NAN, x2 = NAN;
+    if (!readInterval(node, 1, x1, x2))
+        return node.childSize() > 3 ? op_bad_number_of_arguments : op_bad_arguments;
+    cCurveCopy copy;
+    if (!readCurve(curve, copy))
+        return op_failed;
+    if (copy.complex)
+        return op_complex_not_allowed;
+    std::vector<double> xs, ys;
+    if (!postProcess::reduceWaveformToInterval(samplesOf(copy.xs, copy.ys), x1, x2, xs, ys)) {
+        node = T(NAN);
+        return op_real;
+    }
+    double best = NAN, bestX = NAN;
+    for (size_t i = 0; i < xs.size(); ++i) {
+        if (std::isnan(ys[i]))
+            continue;
+        if (std::isnan(best) || (maximum ? ys[i] > best : ys[i] < best)) {
+            best = ys[i];
+            bestX = xs[i];
+        }
+    }
+    node = T(xValue ? bestX : best);
+    return op_real;
+}
+
+op_type cEvaluator::computeCurveFunction(T& node, const std::vector<cPostProcessCurveDescription>& curves,
+                                         const std::vector<bool>& isCurve, bool& handled)
+{
+    handled = true;
+    const op_type op = node.getOperator();
+    const bool firstIsCurve = !isCurve.empty() && isCurve[0];
+    switch (op) {
+    case op_function_derivative:
+    case op_function_derivative_forward:
+    case op_function_derivative_backward:
+    case op_function_derivative_centered: {
+        if (node.childSize() != 1)
+            return op_bad_number_of_arguments;
+        cCurveCopy copy;
+        if (!readCurve(curves[0], copy))
+            return op_failed;
+        auto derive = [op](const std::vector<double>& xs, const std::vector<double>& ys, std::vector<double>& out) {
+            const auto s = samplesOf(xs, ys);
+            switch (op) {
+            case op_function_derivative_forward: return postProcess::computeForwardDerivedCurve(s, out);
+            case op_function_derivative_backward: return postProcess::computeBackwardDerivedCurve(s, out);
+            case op_function_derivative_centered: return postProcess::computeCenteredDerivedCurve(s, out);
+            default: return postProcess::computeDerivedCurve(s, out);
+            }
+        };
+        if (!copy.monotone)
+            return reportEngineError(kNonMonotoneMessage);
+        std::vector<double> out;
+        if (copy.complex) {
+            std::vector<double> re(copy.size()), im(copy.size()), dre, dim;
+            for (size_t i = 0; i < copy.size(); ++i) {
+                re[i] = copy.yc[i].real();
+                im[i] = copy.yc[i].imag();
+            }
+            if (!derive(copy.xs, re, dre) || !derive(copy.xs, im, dim)) {
+                errorMsg("The curve \"" + curves[0].getName() + "\" has fewer than 3 samples: no derivative.");
+                return op_failed;
+            }
+            for (size_t i = 0; i < copy.size(); ++i)
+                copy.yc[i] = tComplex(dre[i], dim[i]);
+        } else {
+            if (!derive(copy.xs, copy.ys, out)) {
+                errorMsg("The curve \"" + curves[0].getName() + "\" has fewer than 3 samples: no derivative.");
+                return op_failed;
+            }
+            copy.ys = std::move(out);
+        }
+        return storeTemporaryCurve(node, copy);
+    }
+    case op_function_integral:
+    case op_function_integral_trapez: {
+        if (!firstIsCurve)
+            break;
+        if (node.childSize() != 1 && node.childSize() != 3)
+            return op_bad_number_of_arguments;
+        cCurveCopy copy;
+        if (!readCurve(curves[0], copy))
+            return op_failed;
+        if (copy.complex)
+            return op_complex_not_allowed;
+        if (node.childSize() == 1) {
+            std::vector<double> out;
+            postProcess::computeIntegralCurveTrapez(samplesOf(copy.xs, copy.ys), out);
+            copy.ys = std::move(out);
+            return storeTemporaryCurve(node, copy);
+        }
+        // Over an interval: the number.
+        double x1 = NAN, x2 = NAN;
+        if (!readInterval(node, 1, x1, x2))
+            return op_bad_arguments;
+        std::vector<double> xs, ys, out;
+        double value = NAN;
+        if (postProcess::reduceWaveformToInterval(samplesOf(copy.xs, copy.ys), x1, x2, xs, ys) && !xs.empty()) {
+            postProcess::computeIntegralCurveTrapez(samplesOf(xs, ys), out);
+            value = out.empty() ? 0.0 : out.back();
+        }
+        node = T(value);
+        return op_real;
+    }
+    case op_function_average:
+    case op_function_avg:
+    case op_function_estimate_average_value: {
+        if (!firstIsCurve)
+            return op_bad_first_argument;
+        double x1 = NAN, x2 = NAN;
+        if (!readInterval(node, 1, x1, x2))
+            return node.childSize() > 3 ? op_bad_number_of_arguments : op_bad_arguments;
+        cCurveCopy copy;
+        if (!readCurve(curves[0], copy))
+            return op_failed;
+        if (copy.complex) {
+            std::vector<double> re, im;
+            for (const auto& z : copy.yc) {
+                re.push_back(z.real());
+                im.push_back(z.imag());
+            }
+            node = T(postProcess::computeCurveAverage(samplesOf(copy.xs, re), x1, x2),
+                     postProcess::computeCurveAverage(samplesOf(copy.xs, im), x1, x2));
+            return op_complex;
+        }
+        node = T(postProcess::computeCurveAverage(samplesOf(copy.xs, copy.ys), x1, x2));
+        return op_real;
+    }
+    case op_function_apply_window_function: {
+        if (!firstIsCurve)
+            return op_bad_first_argument;
+        if (node.childSize() != 3)
+            return op_bad_number_of_arguments;
+        double x1 = NAN, x2 = NAN;
+        if (!readInterval(node, 1, x1, x2))
+            return op_bad_arguments;
+        cCurveCopy copy, cut;
+        if (!readCurve(curves[0], copy))
+            return op_failed;
+        cut.unit = copy.unit;
+        if (copy.complex) {
+            std::vector<double> re, im, xs, ysRe, ysIm;
+            for (const auto& z : copy.yc) {
+                re.push_back(z.real());
+                im.push_back(z.imag());
+            }
+            postProcess::reduceWaveformToInterval(samplesOf(copy.xs, re), x1, x2, cut.xs, ysRe);
+            postProcess::reduceWaveformToInterval(samplesOf(copy.xs, im), x1, x2, xs, ysIm);
+            cut.complex = true;
+            for (size_t i = 0; i < ysRe.size() && i < ysIm.size(); ++i)
+                cut.yc.emplace_back(ysRe[i], ysIm[i]);
+        } else {
+            postProcess::reduceWaveformToInterval(samplesOf(copy.xs, copy.ys), x1, x2, cut.xs, cut.ys);
+        }
+        return storeTemporaryCurve(node, cut);
+    }
+    case op_function_maximum_value:
+    case op_function_minimum_value:
+    case op_function_maximum_x_value:
+    case op_function_minimum_x_value:
+        if (!firstIsCurve)
+            return op_bad_first_argument;
+        return computeExtreme(node, curves[0], op == op_function_maximum_value || op == op_function_maximum_x_value,
+                              op == op_function_maximum_x_value || op == op_function_minimum_x_value);
+    case op_function_min:
+    case op_function_max:
+        if (node.childSize() == 1)
+            return computeExtreme(node, curves[0], op == op_function_max, false);
+        break;
+    case op_function_size: {
+        if (node.childSize() != 1)
+            return op_bad_number_of_arguments;
+        node = T(static_cast<double>(curves[0].getNbOfValues()));
+        node.setOperator(op_integer);
+        return op_integer;
+    }
+    case op_function_simplify: {
+        if (node.childSize() != 1)
+            return op_bad_number_of_arguments;
+        cCurveCopy copy;
+        if (!readCurve(curves[0], copy))
+            return op_failed;
+        if (!copy.complex)
+            return storeTemporaryCurve(node, copy);
+        for (const auto& z : copy.yc)
+            if (z.imag() != 0)
+                return storeTemporaryCurve(node, copy);
+        for (const auto& z : copy.yc)
+            copy.ys.push_back(z.real());
+        copy.yc.clear();
+        copy.complex = false;
+        return storeTemporaryCurve(node, copy);
+    }
+    case op_function_convert_to_step_function: {
+        if (!firstIsCurve)
+            return op_bad_first_argument;
+        if (node.childSize() > 2)
+            return op_bad_number_of_arguments;
+        double threshold = 0;
+        if (node.childSize() == 2) {
+            if (!node.operands()[1].checkIsNumber())
+                return op_bad_second_argument;
+            threshold = node.operands()[1].getAsDouble();
+        }
+        cCurveCopy copy, steps;
+        if (!readCurve(curves[0], copy))
+            return op_failed;
+        steps.unit = copy.unit;
+        steps.complex = copy.complex;
+        if (copy.complex)
+            postProcess::convertCurveToStepFunction(postProcess::makeCurveSamples(copy.xs.data(), copy.yc.data(),
+                                                                                  copy.size()),
+                                                    threshold, steps.xs, steps.yc);
+        else
+            postProcess::convertCurveToStepFunction(samplesOf(copy.xs, copy.ys), threshold, steps.xs, steps.ys);
+        return storeTemporaryCurve(node, steps);
+    }
+    case op_function_bit:
+        // Bits of a real curve: not a logic vector.
+        return op_curves_of_wrong_type;
+    default: break;
+    }
+    handled = false;
+    return op_none;
+}
+
+}  // namespace vx3::waveformExpressionEvaluator
