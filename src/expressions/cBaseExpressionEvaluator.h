@@ -55,7 +55,7 @@ public:
 
     // Nested evaluations (operators, brackets, calls of the user's functions) deeper than this
     // stop with a message instead of exhausting the stack.
-    static constexpr unsigned kMaximumDepth = 1500;
+    static constexpr unsigned kMaximumDepth = 5000;
 
     cBaseExpressionEvaluator();
     virtual ~cBaseExpressionEvaluator() = default;

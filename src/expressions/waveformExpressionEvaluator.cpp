@@ -383,6 +383,10 @@ op_type cEvaluator::computeAssign(T& node)
         return mLoadedCurves.count(key) ||
                (current && current->findVariableIndex(0, raw, !mCaseSensitive) != cCurvePlotDataSection::npos);
     };
+    if (lhs.getOperator() == op_user_function && isFileCurve(lhs.getExpressionAsString())) {
+        errorMsg("The curve \"" + lhs.getExpressionAsString() + "\" is read-only.");
+        return op_failed;
+    }
     if (lhs.getOperator() == op_name) {
         const std::string raw = lhs.getAsString();
         if (isFileCurve(raw)) {

@@ -431,6 +431,11 @@ op_type cEvaluator::computeCurveFunction(T& node, const std::vector<cPostProcess
     case op_function_size: {
         if (node.childSize() != 1)
             return op_bad_number_of_arguments;
+        std::string error;
+        if (!curves[0].load(false, error)) {
+            errorMsg(error);
+            return op_failed;
+        }
         node = T(static_cast<double>(curves[0].getNbOfValues()));
         node.setOperator(op_integer);
         return op_integer;
