@@ -20,6 +20,9 @@ cBaseExpressionEvaluator<T>::cBaseExpressionEvaluator()
 template <class T>
 void cBaseExpressionEvaluator<T>::insertUserDefinedExpression(const std::string& name, const T& value)
 {
+    // A new value replaces the old under any spelling that finds it.
+    if (!mCaseSensitive)
+        removeUserDefinedExpression(name);
     mUserExpressions[normaliseName(name)] = value;
 }
 
@@ -32,7 +35,14 @@ void cBaseExpressionEvaluator<T>::insertUserDefinedParameterValue(const std::str
 template <class T>
 bool cBaseExpressionEvaluator<T>::removeUserDefinedExpression(const std::string& name)
 {
-    return mUserExpressions.erase(normaliseName(name)) > 0;
+    bool removed = mUserExpressions.erase(normaliseName(name)) > 0;
+    if (!mCaseSensitive)
+        std::erase_if(mUserExpressions, [&](const auto& entry) {
+            const bool same = normaliseName(entry.first) == normaliseName(name);
+            removed = removed || same;
+            return same;
+        });
+    return removed;
 }
 
 template <class T>
@@ -62,11 +72,11 @@ cBaseExpressionEvaluator<T>::findMatchingUserDefinedFunction(const std::string& 
 template <class T>
 void cBaseExpressionEvaluator<T>::initStd()
 {
-    // Entered as written; a look-up lower-cases, so "pi" and "PI" find Pi too.
-    insertUserDefinedParameterValue("undef", NAN);
-    insertUserDefinedParameterValue("Pi", 3.141592653589793);
-    insertUserDefinedParameterValue("e", 2.718281828459045);
-    insertUserDefinedExpression("j", T(0.0, 1.0));
+    // Entered as written: a case-sensitive look-up wants "Pi", the other finds "pi" and "PI" too.
+    mUserExpressions["undef"] = T(NAN);
+    mUserExpressions["Pi"] = T(3.141592653589793);
+    mUserExpressions["e"] = T(2.718281828459045);
+    mUserExpressions["j"] = T(0.0, 1.0);
 }
 
 template <class T>
@@ -240,12 +250,26 @@ std::string cBaseExpressionEvaluator<T>::getStringOf(const T& node) const
 }
 
 template <class T>
+const T* cBaseExpressionEvaluator<T>::findUserDefinedExpression(const std::string& name) const
+{
+    const std::string key = normaliseName(name);
+    const auto found = mUserExpressions.find(key);
+    if (found != mUserExpressions.end())
+        return &found->second;
+    if (!mCaseSensitive)
+        for (const auto& [entry, value] : mUserExpressions)
+            if (normaliseName(entry) == key)
+                return &value;
+    return nullptr;
+}
+
+template <class T>
 op_type cBaseExpressionEvaluator<T>::computeString(T& node)
 {
-    const auto found = mUserExpressions.find(normaliseName(getStringOf(node)));
-    if (found == mUserExpressions.end())
+    const T* found = findUserDefinedExpression(getStringOf(node));
+    if (!found)
         return op_name;  // unknown: the operator that needs a value reports
-    node = found->second;
+    node = *found;
     return node.getOperator();
 }
 

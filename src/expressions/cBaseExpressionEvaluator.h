@@ -66,6 +66,8 @@ public:
     void insertUserDefinedExpression(const std::string& name, const T& value);
     void insertUserDefinedParameterValue(const std::string& name, double value);
     bool removeUserDefinedExpression(const std::string& name);
+    // The value of a parameter or constant; null for an unknown name.
+    const T* findUserDefinedExpression(const std::string& name) const;
     // Replaces a definition of the same name and number of arguments.
     void insertUserDefinedFunction(const std::string& name, const std::vector<std::string>& arguments, const T& body);
     const cUserFunction* findMatchingUserDefinedFunction(const std::string& name, size_t argumentCount) const;

@@ -337,9 +337,9 @@ op_type cEvaluator::defineOrUpdateCurve(const std::string& name, T& value)
         mTemporaryCurves.erase(source_name);
         insertTemporaryCurve(name, sectionId);
     } else {
-        // Another named curve: a copy of its values.
+        // Another named curve: a copy of its values (of a logic curve, its numbers).
         cCurveCopy copy;
-        if (!readCurve(source, copy))
+        if (!makeNumeric(source) || !readCurve(source, copy))
             return op_failed;
         if (!defineOrUpdateNumericCurve(name, copy))
             return op_failed;

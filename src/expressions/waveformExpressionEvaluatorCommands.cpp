@@ -296,8 +296,7 @@ op_type cEvaluator::createWaveform(T& node)
     // An equation is recognised by its names that stand for nothing yet.
     std::set<std::string> unknown;
     for (const auto& name : third.computeVariableNames()) {
-        const std::string key = normaliseName(name);
-        if (!mUserExpressions.count(key) && !checkIfCurveNameExists(name))
+        if (!findUserDefinedExpression(name) && !checkIfCurveNameExists(name))
             unknown.insert(name);
     }
     if (!unknown.empty()) {
