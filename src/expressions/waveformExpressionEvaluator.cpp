@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "expressions/cAlgebraicCurve.h"
 #include "expressions/postProcessShaping.h"
 #include "model/cCurvePlotProperties.h"
 
@@ -302,6 +303,11 @@ op_type cEvaluator::computeString(T& node)
     if (cCurvePlotDataSection* section = getCurrentSection()) {
         const uint64_t index = section->findVariableIndex(0, raw, !mCaseSensitive);
         if (index != cCurvePlotDataSection::npos) {
+            if (const cAlgebraicCurve* algebraic = section->getVariable(index).getAlgebraicCurve()) {
+                // An algebraic curve stands for its expression.
+                node = algebraic->getExpression();
+                return evaluate(node);
+            }
             insertLoadedCurves(key, cPostProcessCurveDescription(section, index));
             return op_name;
         }

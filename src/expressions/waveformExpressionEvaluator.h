@@ -48,7 +48,15 @@ public:
     void setCurrentSection(cCurvePlotDataSection* section);
     cCurvePlotDataSection* getCurrentSection() const;
     // Where results go: a tool box section of this name, made on first use.
-    void setResultSectionName(const std::string& name) { mResultSectionName = name; }
+    void setResultSectionName(const std::string& name)
+    {
+        if (name != mResultSectionName) {
+            mResultSectionName = name;
+            mResultSectionId = 0;
+            mDigitalSectionIds.clear();
+        }
+    }
+    const std::string& getResultSectionName() const { return mResultSectionName; }
     cCurvePlotDataSection* getResultSection();
     void setLogicLevels(const postProcess::cLogicLevels& levels, double riseTime)
     {
