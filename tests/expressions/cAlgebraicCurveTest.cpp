@@ -1,11 +1,13 @@
-// Algebraic curves and the calculator interface: expressions over an x-variable computed on a
-// plot's range, and curve requests turned into expression texts.
+// Algebraic curves, the calculator interface and the store's search expressions: expressions over
+// an x-variable computed on a plot's range, curve requests turned into expression texts, and
+// sections, curves and instances found by their predefined values.
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 #include "expressions/cAlgebraicCurve.h"
 #include "expressions/cVxWaveformCalculatorInterface.h"
+#include "expressions/cWaveformSearchExpression.h"
 #include "expressions/postProcessCalculus.h"
 
 using namespace vx3;
@@ -109,4 +111,51 @@ TEST(CalculatorInterface, RequestsBecomeExpressions)
     EXPECT_EQ(data.ys, (std::vector<double>{20, 40, 60}));
     calculator.releaseCalculator();
     EXPECT_EQ(store.getDataSectionFromName("add")->getNbOfVariables(), 0u);
+}
+
+TEST(SearchExpressions, SectionsCurvesAndInstances)
+{
+    cCurvePlotDataFile store;
+    cCurvePlotDataSection* tran = store.addDataSection("tran", &store.findDbSupport("/data/rc.raw"));
+    cCurvePlotDataSection* ac = store.addDataSection("ac", &store.findDbSupport("/data/rc_ac.raw"));
+    const cCurvePlotDataType* volt = store.addType("v", curvePlotProperties::parameterized_double, curvePlotDataType::volt);
+    const cCurvePlotDataType* amp = store.addType("i", curvePlotProperties::parameterized_double, curvePlotDataType::ampere);
+    for (cCurvePlotDataSection* section : {tran, ac}) {
+        section->addVariable(volt, "x1.out");
+        section->addVariable(volt, "x1.mid");
+        section->addVariable(amp, "x2.supply");
+        section->createCurveHierarchy();
+    }
+    cErrors errors;
+    cVxLogger logger;
+    logger.setLoggerCallBack(&errors);
+    cWaveformSearchExpression search;
+
+    auto sections = store.findMatchingSections("prop_section_name == \"tr*\"", search, logger);
+    ASSERT_EQ(sections.size(), 1u);
+    EXPECT_EQ(sections[0], tran);
+    sections = store.findMatchingSections("prop_file_name =~ \".*_ac\\\\.raw\" || prop_section_identifier == " +
+                                              std::to_string(tran->getSectionId()),
+                                          search, logger);
+    EXPECT_EQ(sections.size(), 2u);
+
+    auto curves = store.findMatchingCurves("prop_variable_name == \"X1.*\" && prop_section_name == \"ac\"", search, logger);
+    ASSERT_EQ(curves.size(), 2u);
+    EXPECT_EQ(curves[0], std::make_pair(ac, uint64_t{0}));
+    EXPECT_EQ(curves[1], std::make_pair(ac, uint64_t{1}));
+    curves = store.findMatchingCurves("prop_variable_y_axis_unit == \"" + tran->getVariable(2).getUnitName() + "\"",
+                                      search, logger);
+    EXPECT_EQ(curves.size(), 2u);
+
+    auto instances = store.findMatchingInstances("prop_instance_name == \"x1\" && prop_instance_hierarchical_level == 1",
+                                                 search, logger);
+    ASSERT_EQ(instances.size(), 2u);
+    EXPECT_EQ(instances[0].second->getSimpleName(), "x1");
+
+    errors.errors.clear();
+    EXPECT_TRUE(store.findMatchingCurves("prop_variable_name == out", search, logger).empty());
+    EXPECT_EQ(errors.errors, std::vector<std::string>{"In search expressions all strings should be enclosed by double quotes."});
+    errors.errors.clear();
+    EXPECT_TRUE(store.findMatchingCurves("prop_variable_name == (", search, logger).empty());
+    EXPECT_EQ(errors.errors, std::vector<std::string>{"Failed to parse search expression."});
 }
