@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "expressions/cExpressionDerivative.h"
 #include "expressions/cWaveformExpressionEvaluator.h"
 #include "expressions/cWaveformExpressionParser.h"
 
@@ -121,6 +122,15 @@ double cAlgebraicCurve::computeInterpolatedValue(double x)
 
 double cAlgebraicCurve::computeGradient(double x)
 {
+    // The symbolic derivative where every node has a rule, evaluated at x.
+    cExpressionDerivative derivative(mVariable, mEvaluator->getFlagMatchStringsCaseSensitive());
+    cWaveformExpression gradient;
+    if (derivative.computeDerivative(mExpression, gradient)) {
+        gradient.substituteFunctionArguments({mVariable}, {cWaveformExpression(x)});
+        if (mEvaluator->topLevelEvaluate(gradient, false) && gradient.checkIsNumber())
+            return gradient.getAsDouble();
+    }
+    // Otherwise a centred difference.
     const double h = std::max(std::fabs(x), 1e-300) * 1e-6;
     std::vector<double> ys;
     if (!evaluate({x - h, x + h}, ys))

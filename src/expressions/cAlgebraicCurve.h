@@ -46,7 +46,7 @@ public:
     // The values at xs (NaN where undefined or outside the interval); false after a report.
     bool evaluate(const std::vector<double>& xs, std::vector<double>& ys);
     double computeInterpolatedValue(double x);
-    // dy/dx at x, numerically by a centred difference.
+    // dy/dx at x: the symbolic derivative, or a centred difference for expressions without one.
     double computeGradient(double x);
     // Fills the buffer for a plot's range [x1, x2] (cut to the interval) with count points; false
     // with "Failed to update algebraic curve values for "name"." on the logger.

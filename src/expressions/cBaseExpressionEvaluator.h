@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "expressions/cBaseExpressionElab.h"
+#include "expressions/cPseudoRandomNumbers64.h"
 
 namespace vx3 {
 
@@ -40,7 +41,7 @@ struct cFunctors {
 }  // namespace baseExpressionEvaluator
 
 template <class T>
-class cBaseExpressionEvaluator : public cBaseExpressionElab<T> {
+class cBaseExpressionEvaluator : public cBaseExpressionElab<T>, public cPseudoRandomNumbers64 {
 public:
     using op_type = baseExpression::op_type;
     using tComplex = baseExpressionEvaluator::tComplex;
@@ -141,7 +142,13 @@ public:
     op_type computeBitOfNumber(T& node);
     op_type computeSize(T& node);
     op_type computeSimplify(T& node);
+    // random_seed, random_number and the distributions (cBaseExpressionEvaluatorRandom.cpp).
     op_type computeRandomFunction(T& node);
+    // A draw of the distribution node (normal_distribution or uniform_distribution with numbers).
+    bool drawRandomNumber(const T& distribution, double& value);
+    // poly, piecewise_poly and the interpolations: the table of all arguments but the last.
+    const cInterpolationTable* elaborate(T& node, op_type& status);
+    op_type computeElaboration(T& node);
     // Fills node with a from a to b in steps of step; false (reported) past the maximum size.
     op_type defineVectorRange(T& node, double from, double step, double to);
 

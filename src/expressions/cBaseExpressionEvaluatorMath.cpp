@@ -6,6 +6,7 @@
 
 #include "expressions/cBaseExpressionEvaluator.h"
 #include "expressions/cWaveformExpression.h"
+#include "expressions/vxBasicOperators.h"
 
 namespace vx3 {
 
@@ -14,30 +15,11 @@ using baseExpressionEvaluator::tComplex;
 
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
-
-double sgnOf(double x) { return x > 0 ? 1.0 : x < 0 ? -1.0 : 0.0; }
-
-tComplex partwise(tComplex z, double (*f)(double)) { return {f(z.real()), f(z.imag())}; }
 
 // Division by zero is undefined here as in the curve engine: a gap, not an infinity.
 double divide(double a, double b) { return b == 0 ? NAN : a / b; }
 tComplex divideComplex(tComplex a, tComplex b) { return b == tComplex(0, 0) ? tComplex(NAN, NAN) : a / b; }
 
-double db(double magnitude) { return magnitude >= 1e-300 ? 20.0 * std::log10(magnitude) : -300.0; }
-
-// The complex functions of the standard library, until the project's own complex mathematics
-// takes their place.
-namespace ops {
-#define ZW_COMPLEX_FUNCTION(name) \
-    tComplex name(tComplex z) { return std::name(z); }
-ZW_COMPLEX_FUNCTION(sin) ZW_COMPLEX_FUNCTION(cos) ZW_COMPLEX_FUNCTION(tan) ZW_COMPLEX_FUNCTION(asin)
-ZW_COMPLEX_FUNCTION(acos) ZW_COMPLEX_FUNCTION(atan) ZW_COMPLEX_FUNCTION(sinh) ZW_COMPLEX_FUNCTION(cosh)
-ZW_COMPLEX_FUNCTION(tanh) ZW_COMPLEX_FUNCTION(asinh) ZW_COMPLEX_FUNCTION(acosh) ZW_COMPLEX_FUNCTION(atanh)
-ZW_COMPLEX_FUNCTION(exp) ZW_COMPLEX_FUNCTION(log) ZW_COMPLEX_FUNCTION(log10) ZW_COMPLEX_FUNCTION(sqrt)
-#undef ZW_COMPLEX_FUNCTION
-tComplex pow(tComplex a, tComplex b) { return std::pow(a, b); }
-}  // namespace ops
 
 }  // namespace
 
@@ -96,11 +78,12 @@ void cBaseExpressionEvaluator<T>::writeNumbers(T& node, const cNumbers& numbers)
 template <class T>
 typename cBaseExpressionEvaluator<T>::cFunctors cBaseExpressionEvaluator<T>::getUnaryFunctors(op_type op, bool& known)
 {
+    namespace ops = vxBasicOperators;
     cFunctors f;
     known = true;
-    auto real = [&f](double (*r)(double), tComplex (*c)(tComplex)) {
-        f.real1 = r;
-        f.complex1 = c;
+    auto real = [&f](std::function<double(double)> r, std::function<tComplex(tComplex)> c) {
+        f.real1 = std::move(r);
+        f.complex1 = std::move(c);
     };
     switch (op) {
     case op_function_abs:
@@ -110,23 +93,23 @@ typename cBaseExpressionEvaluator<T>::cFunctors cBaseExpressionEvaluator<T>::get
         f.complex1 = [](tComplex z) { return tComplex(std::abs(z), 0); };
         f.complexResultIsReal = true;
         break;
-    case op_function_sin: real([](double x) { return std::sin(x); }, ops::sin); break;
-    case op_function_cos: real([](double x) { return std::cos(x); }, ops::cos); break;
-    case op_function_tan: real([](double x) { return std::tan(x); }, ops::tan); break;
-    case op_function_asin: real([](double x) { return std::asin(x); }, ops::asin); break;
-    case op_function_acos: real([](double x) { return std::acos(x); }, ops::acos); break;
-    case op_function_atan: real([](double x) { return std::atan(x); }, ops::atan); break;
-    case op_function_sinh: real([](double x) { return std::sinh(x); }, ops::sinh); break;
-    case op_function_cosh: real([](double x) { return std::cosh(x); }, ops::cosh); break;
-    case op_function_tanh: real([](double x) { return std::tanh(x); }, ops::tanh); break;
-    case op_function_asinh: real([](double x) { return std::asinh(x); }, ops::asinh); break;
-    case op_function_acosh: real([](double x) { return std::acosh(x); }, ops::acosh); break;
-    case op_function_atanh: real([](double x) { return std::atanh(x); }, ops::atanh); break;
-    case op_function_exp: real([](double x) { return std::exp(x); }, ops::exp); break;
+    case op_function_sin: real([](double x) { return std::sin(x); }, [](tComplex z) { return ops::sin(z); }); break;
+    case op_function_cos: real([](double x) { return std::cos(x); }, [](tComplex z) { return ops::cos(z); }); break;
+    case op_function_tan: real([](double x) { return std::tan(x); }, [](tComplex z) { return ops::tan(z); }); break;
+    case op_function_asin: real([](double x) { return std::asin(x); }, [](tComplex z) { return ops::asin(z); }); break;
+    case op_function_acos: real([](double x) { return std::acos(x); }, [](tComplex z) { return ops::acos(z); }); break;
+    case op_function_atan: real([](double x) { return std::atan(x); }, [](tComplex z) { return ops::atan(z); }); break;
+    case op_function_sinh: real([](double x) { return std::sinh(x); }, [](tComplex z) { return ops::sinh(z); }); break;
+    case op_function_cosh: real([](double x) { return std::cosh(x); }, [](tComplex z) { return ops::cosh(z); }); break;
+    case op_function_tanh: real([](double x) { return std::tanh(x); }, [](tComplex z) { return ops::tanh(z); }); break;
+    case op_function_asinh: real([](double x) { return ops::asinh(x); }, [](tComplex z) { return ops::asinh(z); }); break;
+    case op_function_acosh: real([](double x) { return ops::acosh(x); }, [](tComplex z) { return ops::acosh(z); }); break;
+    case op_function_atanh: real([](double x) { return ops::atanh(x); }, [](tComplex z) { return ops::atanh(z); }); break;
+    case op_function_exp: real([](double x) { return std::exp(x); }, [](tComplex z) { return ops::exp(z); }); break;
     case op_function_ln:
-    case op_function_log: real([](double x) { return std::log(x); }, ops::log); break;
-    case op_function_log10: real([](double x) { return std::log10(x); }, ops::log10); break;
-    case op_function_sqrt: real([](double x) { return std::sqrt(x); }, ops::sqrt); break;
+    case op_function_log: real([](double x) { return std::log(x); }, [](tComplex z) { return ops::log(z); }); break;
+    case op_function_log10: real([](double x) { return std::log10(x); }, [](tComplex z) { return ops::log10(z); }); break;
+    case op_function_sqrt: real([](double x) { return std::sqrt(x); }, [](tComplex z) { return ops::sqrt(z); }); break;
     case op_function_real:
         f.real1 = [](double x) { return x; };
         f.complex1 = [](tComplex z) { return tComplex(z.real(), 0); };
@@ -144,39 +127,39 @@ typename cBaseExpressionEvaluator<T>::cFunctors cBaseExpressionEvaluator<T>::get
     case op_function_phase:
     case op_function_arg:
     case op_function_argument:
-        f.real1 = [](double x) { return std::atan2(0.0, x); };
-        f.complex1 = [](tComplex z) { return tComplex(std::arg(z), 0); };
+        f.real1 = [](double x) { return ops::phase(x); };
+        f.complex1 = [](tComplex z) { return tComplex(ops::phase(z), 0); };
         f.complexResultIsReal = true;
         break;
     case op_function_angle:
-        f.real1 = [](double x) { return std::atan2(0.0, x) / kDegree; };
-        f.complex1 = [](tComplex z) { return tComplex(std::arg(z) / kDegree, 0); };
+        f.real1 = [](double x) { return ops::angle(x); };
+        f.complex1 = [](tComplex z) { return tComplex(ops::angle(z), 0); };
         f.complexResultIsReal = true;
         break;
-    case op_function_floor: real([](double x) { return std::floor(x); }, [](tComplex z) { return partwise(z, std::floor); }); break;
-    case op_function_ceil: real([](double x) { return std::ceil(x); }, [](tComplex z) { return partwise(z, std::ceil); }); break;
-    case op_function_round: real([](double x) { return std::round(x); }, [](tComplex z) { return partwise(z, std::round); }); break;
-    case op_function_trunc: real([](double x) { return std::trunc(x); }, [](tComplex z) { return partwise(z, std::trunc); }); break;
+    case op_function_floor: f.real1 = [](double x) { return std::floor(x); }; break;
+    case op_function_ceil: f.real1 = [](double x) { return std::ceil(x); }; break;
+    case op_function_round: f.real1 = [](double x) { return std::round(x); }; break;
+    case op_function_trunc: f.real1 = [](double x) { return std::trunc(x); }; break;
     // Degree forms: the argument in degrees, or the result in degrees.
-    case op_function_sind: real([](double x) { return std::sin(x * kDegree); }, [](tComplex z) { return ops::sin(z * kDegree); }); break;
-    case op_function_cosd: real([](double x) { return std::cos(x * kDegree); }, [](tComplex z) { return ops::cos(z * kDegree); }); break;
-    case op_function_tand: real([](double x) { return std::tan(x * kDegree); }, [](tComplex z) { return ops::tan(z * kDegree); }); break;
-    case op_function_sinhd: real([](double x) { return std::sinh(x * kDegree); }, [](tComplex z) { return ops::sinh(z * kDegree); }); break;
-    case op_function_coshd: real([](double x) { return std::cosh(x * kDegree); }, [](tComplex z) { return ops::cosh(z * kDegree); }); break;
-    case op_function_tanhd: real([](double x) { return std::tanh(x * kDegree); }, [](tComplex z) { return ops::tanh(z * kDegree); }); break;
-    case op_function_asind: real([](double x) { return std::asin(x) / kDegree; }, [](tComplex z) { return ops::asin(z) / kDegree; }); break;
-    case op_function_acosd: real([](double x) { return std::acos(x) / kDegree; }, [](tComplex z) { return ops::acos(z) / kDegree; }); break;
-    case op_function_atand: real([](double x) { return std::atan(x) / kDegree; }, [](tComplex z) { return ops::atan(z) / kDegree; }); break;
-    case op_function_asinhd: real([](double x) { return std::asinh(x) / kDegree; }, [](tComplex z) { return ops::asinh(z) / kDegree; }); break;
-    case op_function_acoshd: real([](double x) { return std::acosh(x) / kDegree; }, [](tComplex z) { return ops::acosh(z) / kDegree; }); break;
-    case op_function_atanhd: real([](double x) { return std::atanh(x) / kDegree; }, [](tComplex z) { return ops::atanh(z) / kDegree; }); break;
+    case op_function_sind: real([](double x) { return ops::sind(x); }, [](tComplex z) { return ops::sind(z); }); break;
+    case op_function_cosd: real([](double x) { return ops::cosd(x); }, [](tComplex z) { return ops::cosd(z); }); break;
+    case op_function_tand: real([](double x) { return ops::tand(x); }, [](tComplex z) { return ops::tand(z); }); break;
+    case op_function_sinhd: real([](double x) { return ops::sinhd(x); }, [](tComplex z) { return ops::sinhd(z); }); break;
+    case op_function_coshd: real([](double x) { return ops::coshd(x); }, [](tComplex z) { return ops::coshd(z); }); break;
+    case op_function_tanhd: real([](double x) { return ops::tanhd(x); }, [](tComplex z) { return ops::tanhd(z); }); break;
+    case op_function_asind: real([](double x) { return ops::asind(x); }, [](tComplex z) { return ops::asind(z); }); break;
+    case op_function_acosd: real([](double x) { return ops::acosd(x); }, [](tComplex z) { return ops::acosd(z); }); break;
+    case op_function_atand: real([](double x) { return ops::atand(x); }, [](tComplex z) { return ops::atand(z); }); break;
+    case op_function_asinhd: real([](double x) { return ops::asinhd(x); }, [](tComplex z) { return ops::asinhd(z); }); break;
+    case op_function_acoshd: real([](double x) { return ops::acoshd(x); }, [](tComplex z) { return ops::acoshd(z); }); break;
+    case op_function_atanhd: real([](double x) { return ops::atanhd(x); }, [](tComplex z) { return ops::atanhd(z); }); break;
     case op_function_db:
-        f.real1 = [](double x) { return db(std::fabs(x)); };
-        f.complex1 = [](tComplex z) { return tComplex(db(std::abs(z)), 0); };
+        f.real1 = [](double x) { return ops::db(x); };
+        f.complex1 = [](tComplex z) { return tComplex(ops::db(z), 0); };
         f.complexResultIsReal = true;
         break;
-    case op_function_sign: f.real1 = [](double x) { return x >= 0 ? 1.0 : -1.0; }; break;
-    case op_function_sgn: f.real1 = sgnOf; break;
+    case op_function_sign: f.real1 = [](double x) { return ops::sign(x); }; break;
+    case op_function_sgn: f.real1 = [](double x) { return ops::sgn(x); }; break;
     case op_negate: real([](double x) { return -x; }, [](tComplex z) { return -z; }); break;
     case op_percent: real([](double x) { return x / 100.0; }, [](tComplex z) { return z / 100.0; }); break;
     case op_logical_not: f.real1 = [](double x) { return x != 0 ? 0.0 : 1.0; }; break;
@@ -217,15 +200,15 @@ typename cBaseExpressionEvaluator<T>::cFunctors cBaseExpressionEvaluator<T>::get
     case op_power:
     case op_function_power:
     case op_function_pow:
-        f.real2 = [](double a, double b) { return std::pow(a, b); };
-        f.complex2 = [](tComplex a, tComplex b) { return ops::pow(a, b); };
+        f.real2 = [](double a, double b) { return vxBasicOperators::pow(a, b); };
+        f.complex2 = [](tComplex a, tComplex b) { return vxBasicOperators::pow(a, b); };
         break;
     case op_function_pwr:
         // The magnitude to the power, with the sign of the base: an odd power of a signal.
-        f.real2 = [](double a, double b) { return a < 0 ? -std::pow(-a, b) : std::pow(a, b); };
+        f.real2 = [](double a, double b) { return vxBasicOperators::pwr(a, b); };
         break;
     case op_function_sign:
-        f.real2 = [](double a, double b) { return b >= 0 ? std::fabs(a) : -std::fabs(a); };
+        f.real2 = [](double a, double b) { return vxBasicOperators::sign(a, b); };
         break;
     case op_equal:
         f.real2 = [truth](double a, double b) { return truth(a == b); };

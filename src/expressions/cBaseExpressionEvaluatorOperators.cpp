@@ -75,6 +75,18 @@ op_type cBaseExpressionEvaluator<T>::computeOperator(T& node)
         node = T(static_cast<double>(sum));
         return op_real;
     }
+    case op_function_random_seed:
+    case op_function_random_number:
+    case op_function_normal_distribution:
+    case op_function_uniform_distribution: return computeRandomFunction(node);
+    case op_function_poly:
+    case op_function_piecewise_poly:
+    case op_function_interpolate_poly:
+    case op_function_interpolate_linear:
+    case op_function_interpolate_spline:
+    case op_function_extrapolate_poly:
+    case op_function_extrapolate_linear:
+    case op_function_extrapolate_spline: return computeElaboration(node);
     case op_function_smooth_sgolay:
         // Reserved: there is no such filter; the call stays unevaluated.
         return op_unknown_function;

@@ -58,7 +58,7 @@ op_type cEvaluator::createOrFindWaveform(T& node, bool& handled)
     if (name == "create_waveform")
         return createWaveform(node);
     if (name == "create_random_waveform")
-        return op_unknown_function;
+        return createRandomWaveform(node);
     if (name == "reduce_waveform")
         return reduceWaveform(node);
     if (name == "resample_waveform")
@@ -366,6 +366,50 @@ op_type cEvaluator::createWaveform(T& node)
         else
             values.ys.push_back(y.real());
     }
+    if (!defineOrUpdateNumericCurve(yName, values))
+        return op_failed;
+    node = T(yName);
+    return op_name;
+}
+
+op_type cEvaluator::createRandomWaveform(T& node)
+{
+    // create_random_waveform(xName, yName, nPoints, xEnd, distribution): x from 0 to xEnd.
+    const std::string self = "create_random_waveform()";
+    if (node.childSize() != 5) {
+        errorMsg("Bad arguments for \"" + self + "\".");
+        return op_failed;
+    }
+    const T& xNode = node.operands()[0];
+    const T& yNode = node.operands()[1];
+    if ((xNode.getOperator() != op_name && xNode.getOperator() != op_quoted_string) ||
+        (yNode.getOperator() != op_name && yNode.getOperator() != op_quoted_string)) {
+        errorMsg("Bad arguments for \"" + self + "\".");
+        return op_failed;
+    }
+    const std::string yName = normaliseName(yNode.getAsString());
+    for (size_t i = 2; i < 5; ++i)
+        if (checkIsStatus(evaluate(node.operands()[i])))
+            return op_failed;
+    const double count = node.operands()[2].getAsDouble(), xEnd = node.operands()[3].getAsDouble();
+    if (!node.operands()[2].checkIsNumber() || !(count >= 1) || count != std::floor(count) || count > 1e9 ||
+        !node.operands()[3].checkIsNumber() || !std::isfinite(xEnd)) {
+        errorMsg("Bad arguments for \"" + self + "\".");
+        return op_failed;
+    }
+    const auto n = static_cast<size_t>(count);
+    cCurveCopy values;
+    values.xs.resize(n);
+    values.ys.resize(n);
+    for (size_t i = 0; i < n; ++i) {
+        values.xs[i] = n == 1 ? 0.0 : xEnd * static_cast<double>(i) / static_cast<double>(n - 1);
+        if (!drawRandomNumber(node.operands()[4], values.ys[i])) {
+            errorMsg("Bad arguments for \"" + self + "\".");
+            return op_failed;
+        }
+    }
+    if (xEnd < 0)
+        std::reverse(values.xs.begin(), values.xs.end());
     if (!defineOrUpdateNumericCurve(yName, values))
         return op_failed;
     node = T(yName);

@@ -195,3 +195,41 @@ TEST_F(Evaluator, DeepTreesStopWithAMessage)
     EXPECT_TRUE(succeeds("fib(n) = n < 2 ? n : fib(n - 1) + fib(n - 2)"));
     EXPECT_EQ(number("fib(15)"), 610);
 }
+
+TEST_F(Evaluator, RandomNumbersAndPreparedTables)
+{
+    // Seed 0 is taken as 11.
+    const double first = number("random_seed(0) + random_number(uniform_distribution(2, 5))");
+    const double again = number("random_seed(11) + random_number(uniform_distribution(5, 2))") - 11;
+    EXPECT_EQ(first, again);
+    EXPECT_GE(first, 2);
+    EXPECT_LE(first, 5);
+    cWaveformExpression result;
+    ASSERT_TRUE(evaluator.evaluateString("random_number(normal_distribution(1, 0.5), 1000)", result));
+    ASSERT_EQ(result.doubleSize(), 1000u);
+    double sum = 0;
+    for (double value : result.doubleValues())
+        sum += value;
+    EXPECT_NEAR(sum / 1000, 1, 0.1);
+    EXPECT_EQ(failure("random_number(3)"), std::vector<std::string>{"Bad first argument for \"random_number\"."});
+    ASSERT_TRUE(evaluator.evaluateString("create_random_waveform(\"t\", \"noise\", 11, 1e-3, uniform_distribution(-1, 1))", result));
+    EXPECT_EQ(number("size(noise)"), 11);
+    EXPECT_GE(number("min(noise)"), -1);
+    EXPECT_LE(number("max(noise)"), 1);
+
+    EXPECT_EQ(number("poly(1, 0, -2, 3)"), 7);
+    EXPECT_EQ(number("poly([1, 0, -2], 3)"), 7);
+    EXPECT_EQ(number("interpolate_linear([0, 1, 2], [0, 10, 20], 0.25)"), 2.5);
+    EXPECT_TRUE(std::isnan(number("interpolate_linear([0, 1, 2], [0, 10, 20], 3)")));
+    EXPECT_EQ(number("extrapolate_linear([0, 1, 2], [0, 10, 20], 3)"), 30);
+    // The polynomial through three points of x^2 is x^2.
+    EXPECT_DOUBLE_EQ(number("interpolate_poly([0, 1, 3], [0, 1, 9], 2)"), 4);
+    // A curve read through a table, sample by sample.
+    ASSERT_TRUE(evaluator.evaluateString("create_waveform(\"t\", \"ramp\", [0, 0.5, 1])", result));
+    ASSERT_TRUE(evaluator.evaluateString("interpolate_linear([0, 1], [10, 20], ramp)", result));
+    EXPECT_EQ(number("max(interpolate_linear([0, 1], [10, 20], ramp))"), 20);
+    messages.errors.clear();
+    EXPECT_TRUE(std::isnan(number("interpolate_linear([0, 0], [1, 2], 1)")));
+    ASSERT_EQ(messages.errors.size(), 1u);
+    EXPECT_EQ(messages.errors[0].rfind("Bad arguments for \"interpolate_linear\".", 0), 0u);
+}
