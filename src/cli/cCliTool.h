@@ -37,5 +37,7 @@ void addFileSubcommands(cCliTool& tool);
 void addValueSubcommands(cCliTool& tool);
 // The subcommand of the expression language: eval.
 void addEvalSubcommands(cCliTool& tool);
+// The subcommand that measures a curve: measure.
+void addMeasureSubcommands(cCliTool& tool);
 
 }  // namespace vx3

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "model/cCurvePlotDataFile.h"
+#include "model/cDataVectors.h"
 #include "readers/cCurvePlotParser.h"
 
 namespace vx3::cliFiles {
@@ -45,6 +46,15 @@ bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std
 // was loaded here. False with a message on err.
 bool loadValues(cCurvePlotDataSection& section, const cCurvePlotVariable& curve, uint64_t index, bool isSweep,
                 const std::string& subcommand, std::ostream& err, bool* loaded = nullptr);
+
+// Reads the file named by the first positional argument and finds the curve named by the
+// second; false with a message on err.
+bool openCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,
+               std::ostream& err, cCurveChoice& choice);
+// The loaded vectors of the curve that openCurve found. A sweep, or a curve without x, is taken
+// over its index, which indices then holds. False with a message on err.
+bool curveVectors(const std::string& subcommand, std::ostream& err, cCurveChoice& choice,
+                  curvePlotFunctionArgs::cDataVectors& vectors, std::vector<double>& indices);
 
 // Full precision that reads back to the same double.
 std::string number(double value);

@@ -25,40 +25,6 @@ const char* kValueOptions =
     "  --section N  the section, counting from 0 (default 0)\n"
     "  --verbose    also print the readers' informations (to standard error)\n";
 
-// The curve's vectors with x, loaded; false with a message. A sweep, or a curve without x, is
-// taken over its index, which indices then holds.
-bool openCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,
-               std::ostream& err, cCurveChoice& choice)
-{
-    const returnCode code = readFile(store, options.positional[0], options, err);
-    if (code != ok && code != partly_parsed)
-        return false;
-    return findCurve(store, options, options.positional[1], subcommand, err, choice);
-}
-
-// The vectors of the curve that openCurve found.
-bool curveVectors(const std::string& subcommand, std::ostream& err, cCurveChoice& choice,
-                  curvePlotFunctionArgs::cDataVectors& vectors, std::vector<double>& indices)
-{
-    const cCurvePlotVariable& curve = *choice.curve;
-    if (!loadValues(*choice.section, curve, choice.index, choice.isSweep, subcommand, err))
-        return false;
-    if (!curve.computeDataVectors(*choice.section, vectors) || !vectors.count) {
-        err << "zelwave-cli " << subcommand << ": \"" << curve.name() << "\" has no real or complex values\n";
-        return false;
-    }
-    if (choice.isSweep || !vectors.checkHasX()) {
-        indices.resize(vectors.count);
-        for (uint64_t i = 0; i < vectors.count; ++i)
-            indices[i] = static_cast<double>(i);
-        vectors.xDouble = indices.data();
-        vectors.xFloat = nullptr;
-        vectors.xUint64 = nullptr;
-        vectors.monotony = derivedCurveFunction::monotony_strictly_rising;
-    }
-    return true;
-}
-
 int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
     cFileOptions options;

@@ -9,5 +9,6 @@ int main(int argc, char** argv)
     vx3::addFileSubcommands(tool);
     vx3::addValueSubcommands(tool);
     vx3::addEvalSubcommands(tool);
+    vx3::addMeasureSubcommands(tool);
     return tool.run(argc, argv, std::cout, std::cerr);
 }
