@@ -117,6 +117,7 @@ private:
     op_type computeCurveFunction(T& node, const std::vector<cPostProcessCurveDescription>& curves,
                                  const std::vector<bool>& isCurve, bool& handled);
     op_type computeExtreme(T& node, const cPostProcessCurveDescription& curve, bool maximum, bool xValue);
+    op_type computeMeasurement(T& node, const cPostProcessCurveDescription& curve);
     op_type computeCurveBit(T& node, const cPostProcessCurveDescription& curve, double bit);
     op_type createOrFindWaveform(T& node, bool& handled);
     op_type computeWaveform(T& node);

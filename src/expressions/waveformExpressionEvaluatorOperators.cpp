@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "expressions/postProcessCalculus.h"
+#include "expressions/postProcessFilter.h"
+#include "expressions/postProcessMeasure.h"
 #include "expressions/postProcessOperators.h"
 #include "expressions/postProcessShaping.h"
 #include "expressions/waveformExpressionEvaluator.h"
@@ -261,26 +263,86 @@ op_type cEvaluator::computeExtreme(T& node, const cPostProcessCurveDescription& 
     double x1 = NAN, x2 = NAN;
     if (!readInterval(node, 1, x1, x2))
         return node.childSize() > 3 ? op_bad_number_of_arguments : op_bad_arguments;
-    cCurveCopy copy;
-    if (!readCurve(curve, copy))
-        return op_failed;
-    if (copy.complex)
+    if (curve.checkCurveIsComplex())
         return op_complex_not_allowed;
-    std::vector<double> xs, ys;
-    if (!postProcess::reduceWaveformToInterval(samplesOf(copy.xs, copy.ys), x1, x2, xs, ys)) {
-        node = T(NAN);
-        return op_real;
+    double minY = NAN, xAtMin = NAN, maxY = NAN, xAtMax = NAN;
+    std::string error;
+    if (!postProcess::measureStoreCurve(
+            curve,
+            [&](const auto& samples) { postProcess::computeMinMaxXValues(samples, x1, x2, minY, xAtMin, maxY, xAtMax); },
+            error)) {
+        errorMsg(error);
+        return op_failed;
     }
-    double best = NAN, bestX = NAN;
-    for (size_t i = 0; i < xs.size(); ++i) {
-        if (std::isnan(ys[i]))
-            continue;
-        if (std::isnan(best) || (maximum ? ys[i] > best : ys[i] < best)) {
-            best = ys[i];
-            bestX = xs[i];
-        }
+    node = T(maximum ? (xValue ? xAtMax : maxY) : (xValue ? xAtMin : minY));
+    return op_real;
+}
+
+op_type cEvaluator::computeMeasurement(T& node, const cPostProcessCurveDescription& curve)
+{
+    using namespace postProcess;
+    const op_type op = node.getOperator();
+    const size_t n = node.childSize();
+    for (size_t i = 1; i < n; ++i)
+        if (!node.operands()[i].checkIsNumber() || node.operands()[i].getOperator() == op_complex)
+            return i == 1 ? op_bad_second_argument : i == 2 ? op_bad_third_argument : i == 3 ? op_bad_fourth_argument
+                                                                                             : op_bad_arguments;
+    auto argument = [&](size_t i, double fallback) { return i < n ? node.operands()[i].getAsDouble() : fallback; };
+    if (curve.checkCurveIsComplex())
+        return op_complex_not_allowed;
+    double result = NAN;
+    std::string error;
+    bool measured = false;
+    if (op == op_function_estimate_frequency || op == op_function_duty_cycle) {
+        // curve [, threshold [, x1, x2]]
+        if (n > 4 || n == 3)
+            return op_bad_number_of_arguments;
+        measured = measureStoreCurve(
+            curve,
+            [&](const auto& samples) {
+                const double x1 = argument(2, NAN), x2 = argument(3, NAN);
+                double threshold = argument(1, NAN);
+                if (std::isnan(threshold)) {
+                    // The frequency's threshold is the average; the duty cycle's lies at 90% of the range.
+                    if (op == op_function_estimate_frequency) {
+                        threshold = computeCurveAverage(samples, x1, x2);
+                    } else {
+                        double minY, xMin, maxY, xMax;
+                        computeMinMaxXValues(samples, x1, x2, minY, xMin, maxY, xMax);
+                        threshold = minY + 0.9 * (maxY - minY);
+                    }
+                }
+                result = op == op_function_estimate_frequency ? computeFrequency(samples, threshold, x1, x2)
+                                                              : computeCurveDutyCycle(samples, threshold, x1, x2);
+            },
+            error);
+    } else {
+        // curve; curve, low %, high %; curve, low %, high %, x1, x2
+        if (n != 1 && n != 3 && n != 5)
+            return op_bad_number_of_arguments;
+        const double low = argument(1, 10), high = argument(2, 90), x1 = argument(3, NAN), x2 = argument(4, NAN);
+        measured = measureStoreCurve(
+            curve,
+            [&](const auto& samples) {
+                switch (op) {
+                case op_function_average_slew_rate: result = computeCurveAverageSlewRate(samples, low, high, x1, x2); break;
+                case op_function_min_slew_rate: result = computeCurveMinSlewRate(samples, low, high, x1, x2); break;
+                case op_function_max_slew_rate: result = computeCurveMaxSlewRate(samples, low, high, x1, x2); break;
+                case op_function_average_rise_time: result = computeCurveAverageRiseTime(samples, low, high, x1, x2); break;
+                case op_function_min_rise_time: result = computeCurveMinRiseTime(samples, low, high, x1, x2); break;
+                case op_function_max_rise_time: result = computeCurveMaxRiseTime(samples, low, high, x1, x2); break;
+                case op_function_average_fall_time: result = computeCurveAverageFallTime(samples, low, high, x1, x2); break;
+                case op_function_min_fall_time: result = computeCurveMinFallTime(samples, low, high, x1, x2); break;
+                default: result = computeCurveMaxFallTime(samples, low, high, x1, x2); break;
+                }
+            },
+            error);
     }
-    node = T(xValue ? bestX : best);
+    if (!measured) {
+        errorMsg(error);
+        return op_failed;
+    }
+    node = T(result);
     return op_real;
 }
 
@@ -423,6 +485,50 @@ op_type cEvaluator::computeCurveFunction(T& node, const std::vector<cPostProcess
             return op_bad_first_argument;
         return computeExtreme(node, curves[0], op == op_function_maximum_value || op == op_function_maximum_x_value,
                               op == op_function_maximum_x_value || op == op_function_minimum_x_value);
+    case op_function_estimate_frequency:
+    case op_function_duty_cycle:
+    case op_function_average_slew_rate:
+    case op_function_min_slew_rate:
+    case op_function_max_slew_rate:
+    case op_function_average_rise_time:
+    case op_function_min_rise_time:
+    case op_function_max_rise_time:
+    case op_function_average_fall_time:
+    case op_function_min_fall_time:
+    case op_function_max_fall_time:
+        if (!firstIsCurve)
+            return op_bad_first_argument;
+        return computeMeasurement(node, curves[0]);
+    case op_function_smooth_average: {
+        // smooth_average(curve [, size]): a window of size samples, centred (2 on each side by default).
+        if (!firstIsCurve)
+            return op_bad_first_argument;
+        if (node.childSize() > 2)
+            return op_bad_number_of_arguments;
+        postProcess::cOpSmoothAverage smooth;
+        if (node.childSize() == 2) {
+            const double size = node.operands()[1].getAsDouble();
+            if (!node.operands()[1].checkIsNumber() || !(size >= 1) || size != std::floor(size) || size > 1e9)
+                return op_bad_second_argument;
+            smooth.halfWidth = static_cast<uint64_t>(size) / 2;
+        }
+        cCurvePlotDataSection* section = getResultSection();
+        const std::string name = generateNewTmpCurve();
+        uint64_t index = 0;
+        std::string error;
+        if (!postProcess::shapeStoreCurve(
+                getDataFile(), *section, name, curves[0],
+                [&](const auto& samples, std::vector<double>& xs, auto& ys, std::string& message) {
+                    return smooth(samples, xs, ys, message);
+                },
+                index, error)) {
+            errorMsg(error);
+            return op_failed;
+        }
+        insertTemporaryCurve(name, section->getSectionId());
+        node = T(name);
+        return op_name;
+    }
     case op_function_min:
     case op_function_max:
         if (node.childSize() == 1)

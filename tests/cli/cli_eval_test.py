@@ -322,6 +322,37 @@ class RawFiles(unittest.TestCase):
         code, out, err = run(self.tran, "-e", "waveform(\"a.raw\", \"v(nowhere)\")")
         self.assertEqual(err, " - E - Didn't find curve \"v(nowhere)\".\n")
 
+    def test_measurements(self):
+        # The measurements are those of zelwave-cli measure, with the calculator's defaults.
+        measured = dict(line.split(",") for line in subprocess.run(
+            [CLI, "measure", self.tran, "v(out)"], capture_output=True, text=True, timeout=120).stdout.splitlines())
+        for name in ("average_rise_time", "min_rise_time", "max_rise_time", "average_fall_time", "min_fall_time",
+                     "max_fall_time", "average_slew_rate", "min_slew_rate", "max_slew_rate"):
+            self.assertEqual(number(self.tran, "-e", name + "(v(out))"), float(measured[name]), name)
+            self.assertEqual(number(self.tran, "-e", name + "(v(out), 10, 90)"), float(measured[name]), name)
+        threshold = measured["threshold"]
+        self.assertEqual(number(self.tran, "-e", "estimate_frequency(v(out), %s)" % threshold),
+                         float(measured["frequency"]))
+        self.assertEqual(number(self.tran, "-e", "duty_cycle(v(out), %s)" % threshold), float(measured["duty_cycle"]))
+        # The source's pulse: a period of 10 us, high half of it.
+        self.assertAlmostEqual(number(self.tran, "-e", "estimate_frequency(v(in))") / 1e5, 1, 9)
+        self.assertAlmostEqual(number(self.tran, "-e", "duty_cycle(v(in), 0.5)"), 0.5, 3)
+        # Rise times of both rising edges against numpy's crossings of 10% and 90% of the levels.
+        t, v = self.a["time"], self.a["v(out)"]
+        low, high = float(measured["low_level"]), float(measured["high_level"])
+        times = []
+        for start in (0, 10e-6):
+            edge = (t >= start) & (t <= start + 5e-6)
+            times.append(np.interp(low + 0.9 * (high - low), v[edge], t[edge]) -
+                         np.interp(low + 0.1 * (high - low), v[edge], t[edge]))
+        self.assertAlmostEqual(number(self.tran, "-e", "max_rise_time(v(out))") / max(times), 1, 9)
+        self.assertAlmostEqual(number(self.tran, "-e", "min_rise_time(v(out))") / min(times), 1, 9)
+        # The moving average over 5 samples, centred, shrinking at the ends.
+        x, y = curve(self.tran, "-e", "smooth_average(v(out), 5)")
+        expected = np.array([v[max(0, i - min(2, i, len(v) - 1 - i)):i + min(2, i, len(v) - 1 - i) + 1].mean()
+                             for i in range(len(v))])
+        close(self, y, expected, "moving average")
+
     def test_two_files_on_unlike_grids(self):
         ta, va = self.a["time"], self.a["v(out)"]
         tb, vb = self.b["time"], self.b["v(out)"]
