@@ -8,7 +8,7 @@
 #include "cCliTool.h"
 #include "base/cVxString.h"
 #include "cliFileSupport.h"
-#include "expressions/cWaveformExpressionEvaluator.h"
+#include "expressions/evaluator/cWaveformExpressionEvaluator.h"
 #include "expressions/cWaveformExpressionParser.h"
 
 namespace vx3 {

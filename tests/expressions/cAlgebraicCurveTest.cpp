@@ -5,9 +5,9 @@
 
 #include <cmath>
 
-#include "expressions/cAlgebraicCurve.h"
-#include "expressions/cVxWaveformCalculatorInterface.h"
-#include "expressions/cWaveformSearchExpression.h"
+#include "expressions/evaluator/cAlgebraicCurve.h"
+#include "expressions/evaluator/cVxWaveformCalculatorInterface.h"
+#include "expressions/evaluator/cWaveformSearchExpression.h"
 #include "expressions/postProcessCalculus.h"
 
 using namespace vx3;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "expressions/cWaveformExpressionEvaluator.h"
+#include "expressions/evaluator/cWaveformExpressionEvaluator.h"
 #include "expressions/cWaveformExpressionParser.h"
 
 using namespace vx3;

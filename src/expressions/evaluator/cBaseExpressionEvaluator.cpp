@@ -1,5 +1,5 @@
 // The evaluator's state, its reports, the user's definitions and the assignment.
-#include "expressions/cBaseExpressionEvaluator.h"
+#include "expressions/evaluator/cBaseExpressionEvaluator.h"
 
 #include <algorithm>
 #include <cctype>

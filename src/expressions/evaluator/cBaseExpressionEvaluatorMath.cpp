@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "expressions/cBaseExpressionEvaluator.h"
+#include "expressions/evaluator/cBaseExpressionEvaluator.h"
 #include "expressions/cWaveformExpression.h"
 #include "expressions/vxBasicOperators.h"
 

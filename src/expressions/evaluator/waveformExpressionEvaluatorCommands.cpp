@@ -7,7 +7,7 @@
 
 #include "expressions/postProcessCalculus.h"
 #include "expressions/postProcessShaping.h"
-#include "expressions/waveformExpressionEvaluator.h"
+#include "expressions/evaluator/waveformExpressionEvaluator.h"
 
 namespace vx3::waveformExpressionEvaluator {
 

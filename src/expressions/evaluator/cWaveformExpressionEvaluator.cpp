@@ -1,4 +1,4 @@
-#include "expressions/cWaveformExpressionEvaluator.h"
+#include "expressions/evaluator/cWaveformExpressionEvaluator.h"
 
 #include "expressions/cWaveformExpressionParser.h"
 

@@ -8,7 +8,7 @@
 #include "expressions/postProcessMeasure.h"
 #include "expressions/postProcessOperators.h"
 #include "expressions/postProcessShaping.h"
-#include "expressions/waveformExpressionEvaluator.h"
+#include "expressions/evaluator/waveformExpressionEvaluator.h"
 
 namespace vx3::waveformExpressionEvaluator {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "expressions/cBaseExpressionElab.h"
+#include "expressions/evaluator/cBaseExpressionElab.h"
 #include "expressions/cPseudoRandomNumbers64.h"
 
 namespace vx3 {

@@ -1,9 +1,9 @@
-#include "expressions/cWaveformSearchExpression.h"
+#include "expressions/evaluator/cWaveformSearchExpression.h"
 
 #include <array>
 #include <string_view>
 
-#include "expressions/cWaveformExpressionEvaluator.h"
+#include "expressions/evaluator/cWaveformExpressionEvaluator.h"
 #include "expressions/cWaveformExpressionParser.h"
 
 namespace vx3 {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "expressions/cBaseExpressionEvaluator.h"
+#include "expressions/evaluator/cBaseExpressionEvaluator.h"
 #include "expressions/cPostProcessCurveDescription.h"
 #include "expressions/cPostProcessCurveDescriptionUser.h"
 #include "expressions/cWaveformExpression.h"

@@ -1,4 +1,4 @@
-#include "expressions/cVxWaveformCalculatorInterface.h"
+#include "expressions/evaluator/cVxWaveformCalculatorInterface.h"
 
 #include "base/cVxString.h"
 

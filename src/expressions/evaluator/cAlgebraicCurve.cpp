@@ -1,10 +1,10 @@
-#include "expressions/cAlgebraicCurve.h"
+#include "expressions/evaluator/cAlgebraicCurve.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "expressions/cExpressionDerivative.h"
-#include "expressions/cWaveformExpressionEvaluator.h"
+#include "expressions/evaluator/cWaveformExpressionEvaluator.h"
 #include "expressions/cWaveformExpressionParser.h"
 
 namespace vx3 {

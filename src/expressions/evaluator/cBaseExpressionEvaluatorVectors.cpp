@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "base/cPatternMatch.h"
-#include "expressions/cBaseExpressionEvaluator.h"
+#include "expressions/evaluator/cBaseExpressionEvaluator.h"
 #include "expressions/cWaveformExpression.h"
 
 namespace vx3 {

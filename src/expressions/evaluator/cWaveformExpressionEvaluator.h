@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "expressions/cExpressionEvaluator.h"
+#include "expressions/evaluator/cExpressionEvaluator.h"
 #include "expressions/cWaveformExpression.h"
-#include "expressions/waveformExpressionEvaluator.h"
+#include "expressions/evaluator/waveformExpressionEvaluator.h"
 
 namespace vx3 {
 

@@ -2,7 +2,7 @@
 // operands are values already.
 #include <cmath>
 
-#include "expressions/cBaseExpressionEvaluator.h"
+#include "expressions/evaluator/cBaseExpressionEvaluator.h"
 #include "expressions/cWaveformExpression.h"
 
 namespace vx3 {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "expressions/cWaveformExpressionEvaluator.h"
+#include "expressions/evaluator/cWaveformExpressionEvaluator.h"
 
 namespace vx3 {
 

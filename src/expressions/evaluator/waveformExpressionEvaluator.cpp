@@ -1,11 +1,11 @@
 // The curve layer's state: the store, the current and result sections, the curves that names
 // stand for, the assignment of curves.
-#include "expressions/waveformExpressionEvaluator.h"
+#include "expressions/evaluator/waveformExpressionEvaluator.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "expressions/cAlgebraicCurve.h"
+#include "expressions/evaluator/cAlgebraicCurve.h"
 #include "expressions/postProcessShaping.h"
 #include "model/cCurvePlotProperties.h"
 
