@@ -39,5 +39,7 @@ void addValueSubcommands(cCliTool& tool);
 void addEvalSubcommands(cCliTool& tool);
 // The subcommand that measures a curve: measure.
 void addMeasureSubcommands(cCliTool& tool);
+// The subcommands of the analyses: fft, convolve.
+void addFftSubcommands(cCliTool& tool);
 
 }  // namespace vx3

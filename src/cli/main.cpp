@@ -10,5 +10,6 @@ int main(int argc, char** argv)
     vx3::addValueSubcommands(tool);
     vx3::addEvalSubcommands(tool);
     vx3::addMeasureSubcommands(tool);
+    vx3::addFftSubcommands(tool);
     return tool.run(argc, argv, std::cout, std::cerr);
 }
