@@ -184,6 +184,30 @@ class Numbers(unittest.TestCase):
         z = complex(*map(float, value("-e", "exp(j*Pi/3)").split(",")))
         self.assertAlmostEqual(z, complex(0.5, math.sqrt(3) / 2), 14)
 
+    def test_spectra_and_windows(self):
+        from scipy.signal import windows
+        def vector(text):
+            return np.array([complex(*map(float, (line + ",0").split(",")[:2])) for line in value("-e", text).split()])
+        for name, expected in (("hann(9)", windows.hann(9)), ("hann_periodic(8)", windows.hann(8, sym=False)),
+                               ("hamming(7)", windows.hamming(7)), ("blackman(6)", windows.blackman(6)),
+                               ("blackman_periodic(6)", windows.blackman(6, sym=False)),
+                               ("hamming_periodic(6)", windows.hamming(6, sym=False)),
+                               ("bartlett(5)", windows.bartlett(5)), ("triang(6)", windows.triang(6)),
+                               ("kaiser(7)", windows.kaiser(7, 0.5)), ("kaiser(7, 3)", windows.kaiser(7, 3))):
+            close(self, vector(name).real, expected, name, 1e-14)
+        data = np.array([0.5, -1.25, 3, 2, -0.75, 4, 1])
+        text = "[" + ",".join(repr(v) for v in data) + "]"
+        close(self, vector("fft(%s)" % text), np.fft.fft(data), "fft", 1e-13)
+        close(self, vector("fft(%s, 10)" % text), np.fft.fft(data, 10), "padded fft", 1e-13)
+        close(self, vector("ifft(fft(%s))" % text), data, "ifft", 1e-13)
+        close(self, vector("ifft(%s * (1 + 2*j))" % text), np.fft.ifft(data * (1 + 2j)), "complex ifft", 1e-13)
+        close(self, vector("fftshift(%s)" % text).real, np.fft.fftshift(data), "fftshift")
+        close(self, vector("ifftshift(%s)" % text).real, np.fft.ifftshift(data), "ifftshift")
+        code, out, err = run("-e", "hann(0)")
+        self.assertEqual((code, err), (1, " - E - Expression evaluation error ... (hann(0))\n"))
+        code, out, err = run("-e", "hann(1001)")
+        self.assertEqual((code, err), (1, " - E - The maximum vector size has been reached.\n"))
+
     def test_user_functions(self):
         self.assertEqual(value("-e", "f(x) = x^2 + 1", "-e", "f(3)"), "10\n")
         self.assertEqual(value("-e", "fact(n) = n <= 1 ? 1 : n*fact(n - 1)", "-e", "fact(10)"), "3628800\n")
@@ -352,6 +376,18 @@ class RawFiles(unittest.TestCase):
         expected = np.array([v[max(0, i - min(2, i, len(v) - 1 - i)):i + min(2, i, len(v) - 1 - i) + 1].mean()
                              for i in range(len(v))])
         close(self, y, expected, "moving average")
+
+    def test_spectrum_of_a_curve(self):
+        # The spectrum of a curve is the one zelwave-cli fft makes, as a complex curve.
+        x, y = curve(self.tran, "-e", "fft(v(in), 256)")
+        result = subprocess.run([CLI, "fft", "--points", "256", "--reim", self.tran, "v(in)"], capture_output=True,
+                                text=True, timeout=120)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        reference = np.loadtxt(io.StringIO(result.stdout), delimiter=",", skiprows=1, ndmin=2)
+        close(self, x, reference[:, 0], "frequencies")
+        close(self, y, reference[:, 1] + 1j * reference[:, 2], "spectrum")
+        x, y = curve(self.tran, "-e", "db(fft(v(in), 256))")
+        close(self, y, 20 * np.log10(np.maximum(np.abs(reference[:, 1] + 1j * reference[:, 2]), 1e-300)), "db")
 
     def test_two_files_on_unlike_grids(self):
         ta, va = self.a["time"], self.a["v(out)"]

@@ -118,6 +118,11 @@ private:
                                  const std::vector<bool>& isCurve, bool& handled);
     op_type computeExtreme(T& node, const cPostProcessCurveDescription& curve, bool maximum, bool xValue);
     op_type computeMeasurement(T& node, const cPostProcessCurveDescription& curve);
+    // fft, ifft, the shifts and the windows (waveformExpressionEvaluatorSpectra.cpp).
+    static bool checkIsSpectralFunction(op_type op);
+    op_type computeWindow(T& node);
+    op_type computeVectorSpectrum(T& node);
+    op_type computeCurveSpectrum(T& node, const cPostProcessCurveDescription& curve);
     op_type computeCurveBit(T& node, const cPostProcessCurveDescription& curve, double bit);
     op_type createOrFindWaveform(T& node, bool& handled);
     op_type computeWaveform(T& node);

@@ -100,13 +100,21 @@ op_type cEvaluator::computeOperator(T& node)
     const op_type possible = checkIfEvaluationIsPossible(node, curves, isCurve);
     if (checkIsStatus(possible))
         return op_failed;
+    const op_type op = node.getOperator();
+    if (checkIsSpectralFunction(op)) {
+        if (possible != op_none)
+            return isCurve[0] ? computeCurveSpectrum(node, curves[0]) : op_bad_arguments;
+        if (op == op_function_fft || op == op_function_ifft || op == op_function_fftshift ||
+            op == op_function_ifftshift)
+            return computeVectorSpectrum(node);
+        return computeWindow(node);
+    }
     if (possible == op_none)
         return cBaseExpressionEvaluator::computeOperator(node);
     bool handled = false;
     const op_type result = computeCurveFunction(node, curves, isCurve, handled);
     if (handled)
         return result;
-    const op_type op = node.getOperator();
     if (node.childSize() == 2 && (checkIsBinaryOperator(op) || op == op_function_pow || op == op_function_power ||
                                   op == op_function_pwr || op == op_function_sign || op == op_function_min ||
                                   op == op_function_max))
