@@ -212,6 +212,11 @@ class Numbers(unittest.TestCase):
         self.assertEqual(value("-e", "f(x) = x^2 + 1", "-e", "f(3)"), "10\n")
         self.assertEqual(value("-e", "fact(n) = n <= 1 ? 1 : n*fact(n - 1)", "-e", "fact(10)"), "3628800\n")
         self.assertEqual(value("-e", "g(a, b) = a - b", "-e", "g(5, 2) + g(1, 1)"), "3\n")
+        # The symbolic derivative, its value, and the numeric one where a node has no rule.
+        self.assertEqual(value("-e", "derivative(x^2*sin(x), x)"), "((2*x)*sin(x))+((x^2)*cos(x))\n")
+        self.assertAlmostEqual(number("-e", "derivative(x^2*sin(x), x, 1)"), 2 * math.sin(1) + math.cos(1), 14)
+        self.assertAlmostEqual(number("-e", "k = 2", "-e", "derivative(k*x^3, x, 2)"), 24, 12)
+        self.assertAlmostEqual(number("-e", "derivative(round(x) + x^2, x, 1.2)"), 2.4, 8)
         # Parameters are names in lower case; function names keep their case.
         self.assertEqual(value("-e", "Gain = 2", "-e", "gain*GAIN"), "4\n")
         code, out, err = run("-e", "SIN(1)")

@@ -118,6 +118,8 @@ private:
                                  const std::vector<bool>& isCurve, bool& handled);
     op_type computeExtreme(T& node, const cPostProcessCurveDescription& curve, bool maximum, bool xValue);
     op_type computeMeasurement(T& node, const cPostProcessCurveDescription& curve);
+    // The symbolic derivative of an expression by a name, or its value at a point.
+    op_type computeDerivative(T& node);
     // fft, ifft, the shifts and the windows (waveformExpressionEvaluatorSpectra.cpp).
     static bool checkIsSpectralFunction(op_type op);
     op_type computeWindow(T& node);

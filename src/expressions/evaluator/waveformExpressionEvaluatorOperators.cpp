@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "expressions/cExpressionDerivative.h"
 #include "expressions/postProcessCalculus.h"
 #include "expressions/postProcessFilter.h"
 #include "expressions/postProcessMeasure.h"
@@ -81,7 +82,62 @@ op_type cEvaluator::checkIfEvaluationIsPossible(T& node, std::vector<cPostProces
 
 op_type cEvaluator::computeSpecialFunction(T& node, bool& handled)
 {
+    const op_type op = node.getOperator();
+    const bool derivative = op == op_function_derivative || op == op_function_derivative_forward ||
+                            op == op_function_derivative_backward || op == op_function_derivative_centered;
+    if (derivative && (node.childSize() == 2 || node.childSize() == 3) && node.getChildOperator(1) == op_name) {
+        handled = true;
+        return computeDerivative(node);
+    }
     return cBaseExpressionEvaluator::computeSpecialFunction(node, handled);
+}
+
+op_type cEvaluator::computeDerivative(T& node)
+{
+    // derivative(expression, x): the derivative's text; derivative(expression, x, at): its value at x = at,
+    // by a centred difference where a node has no rule.
+    const std::string variable = node.operands()[1].getAsString();
+    const T& expression = node.operands()[0];
+    cExpressionDerivative rules(variable, mCaseSensitive);
+    T derived;
+    const bool symbolic = rules.computeDerivative(expression, derived);
+    if (node.childSize() == 2) {
+        if (!symbolic) {
+            errorMsg("\"" + expression.getExpressionAsString() + "\" has no symbolic derivative.");
+            return op_failed;
+        }
+        T text(op_quoted_string);
+        text.setStringValue(derived.getExpressionAsString());
+        node = std::move(text);
+        return op_quoted_string;
+    }
+    T at = node.operands()[2];
+    if (checkIsStatus(evaluate(at)))
+        return op_failed;
+    if (!at.checkIsNumber() || at.getOperator() == op_complex)
+        return op_bad_third_argument;
+    auto valueAt = [&](const T& tree, double x, double& value) {
+        T copy = tree;
+        copy.substituteFunctionArguments({variable}, {T(x)});
+        if (checkIsStatus(evaluate(copy)) || !copy.checkIsNumber())
+            return false;
+        value = copy.getAsDouble();
+        return true;
+    };
+    const double x = at.getAsDouble();
+    double value = NAN;
+    if (symbolic) {
+        if (!valueAt(derived, x, value))
+            return op_bad_first_argument;
+    } else {
+        const double h = std::max(std::fabs(x), 1e-300) * 1e-6;
+        double below = NAN, above = NAN;
+        if (!valueAt(expression, x - h, below) || !valueAt(expression, x + h, above))
+            return op_bad_first_argument;
+        value = (above - below) / (2 * h);
+    }
+    node = T(value);
+    return op_real;
 }
 
 op_type cEvaluator::computeOperator(T& node)
