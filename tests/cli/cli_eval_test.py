@@ -17,6 +17,8 @@ from scipy.integrate import cumulative_trapezoid
 CLI = None
 NGSPICE = shutil.which("ngspice")
 NETLISTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "raw")
+IVERILOG = shutil.which("iverilog")
+VERILOG = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "readers", "vcd_inputs", "counter_tb.v")
 
 
 def run(*arguments):
@@ -428,6 +430,71 @@ class RawFiles(unittest.TestCase):
         code, out, err = run(self.ac, "-e", "v(out) > 0.5")
         self.assertEqual(code, 1)
         self.assertIn("does not apply to complex values", err)
+
+
+def changes(text):
+    """The lines of a logic curve's CSV after its header, as (time, state) pairs."""
+    return [(float(t), state) for t, state in (line.split(",") for line in text.splitlines()[1:])]
+
+
+def collapse(pairs, end):
+    """Repeated states dropped, the last state repeated at end, as the evaluator's logic results are."""
+    result = []
+    for time, state in pairs:
+        if not result or result[-1][1] != state:
+            result.append((time, state))
+    if result and result[-1][0] < end:
+        result.append((end, result[-1][1]))
+    return result
+
+
+@unittest.skipIf(IVERILOG is None, "iverilog is not installed: the logic tests need it to write their dump")
+class LogicCurves(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.mkdtemp(prefix="zw_cli_eval_vcd_")
+        subprocess.run([IVERILOG, "-o", "counter.vvp", VERILOG], cwd=cls.folder, check=True, capture_output=True,
+                       timeout=300)
+        subprocess.run(["vvp", "counter.vvp"], cwd=cls.folder, check=True, capture_output=True, timeout=300)
+        cls.vcd = os.path.join(cls.folder, "counter.vcd")
+
+    @classmethod
+    def tearDownClass(cls):
+        shutil.rmtree(cls.folder)
+
+    def dump(self, name):
+        result = subprocess.run([CLI, "dump", self.vcd, name], capture_output=True, text=True, timeout=120)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return changes(result.stdout)
+
+    def test_bits_buses_and_comparisons(self):
+        count = self.dump("tb.count[7:0]")
+        end = count[-1][0]
+        vector = "waveform(\"counter.vcd\", \"tb.count[7:0]\")"
+        for bit in (0, 1, 3):
+            got = changes(value(self.vcd, "-e", "bit(%s, %d)" % (vector, bit)))
+            self.assertEqual(got, collapse([(t, s[7 - bit]) for t, s in count], end), "bit %d" % bit)
+        # A clock compared with its copy in the sub-module never differs.
+        self.assertEqual({s for _, s in changes(value(self.vcd, "-e", "compare_digital_signals(tb.clk, tb.t1.clk)"))},
+                         {"0"})
+        # A bus of two one-bit curves: the first one is the upper bit.
+        clk, half = self.dump("tb.clk"), self.dump("tb.half")
+        times = sorted({t for t, _ in clk} | {t for t, _ in half})
+        def state_at(pairs, t):
+            return [s for time, s in pairs if time <= t][-1]
+        expected = collapse([(t, state_at(clk, t) + state_at(half, t)) for t in times], times[-1])
+        self.assertEqual(changes(value(self.vcd, "-e", "create_digital_bus(tb.clk, tb.half)")), expected)
+        # The index form of a logic curve is its bit.
+        self.assertEqual(changes(value(self.vcd, "-e", "tb.clk[0]")), collapse(clk, clk[-1][0]))
+        # In arithmetic a logic curve counts by its levels: 0, 1, and x (the dump switched off) 0.5.
+        x, y = curve(self.vcd, "-e", "tb.clk + 1")
+        levels = {"0": 1.0, "1": 2.0, "x": 1.5}
+        for t, state in clk:
+            # The ramp of 1e-15 starts at the change.
+            self.assertEqual(y[np.searchsorted(x, t + 2e-15, side="right") - 1], levels[state], t)
+        code, out, err = run(self.vcd, "-e", "bit(tb.level, 1)")
+        self.assertEqual((code, err.splitlines()[-1]),
+                         (1, " - E - One or several curves in the expression have an incompatible data type."))
 
 
 if __name__ == "__main__":
