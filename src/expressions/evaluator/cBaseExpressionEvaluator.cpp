@@ -421,6 +421,16 @@ op_type cBaseExpressionEvaluator<T>::computeUserDefinedFunction(T& node)
     return checkIsStatus(result) ? op_failed : result;
 }
 
+}  // namespace vx3
+
+// The member functions of the other responsibilities, instantiated below with these.
+#include "expressions/evaluator/cBaseExpressionEvaluatorMathImpl.h"
+#include "expressions/evaluator/cBaseExpressionEvaluatorOperatorsImpl.h"
+#include "expressions/evaluator/cBaseExpressionEvaluatorRandomImpl.h"
+#include "expressions/evaluator/cBaseExpressionEvaluatorVectorsImpl.h"
+
+namespace vx3 {
+
 template class cBaseExpressionEvaluator<cWaveformExpression>;
 
 }  // namespace vx3

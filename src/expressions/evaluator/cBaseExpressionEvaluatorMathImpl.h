@@ -1,5 +1,7 @@
 // The mathematics of the evaluator on numbers and vectors: the operators and the functions of
 // one and two values, element by element.
+// (Included by cBaseExpressionEvaluator.cpp, the one place where the template is instantiated.)
+#pragma once
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -402,6 +404,5 @@ op_type cBaseExpressionEvaluator<T>::defineVectorRange(T& node, double from, dou
     return op_real_vector;
 }
 
-template class cBaseExpressionEvaluator<cWaveformExpression>;
 
 }  // namespace vx3

@@ -1,5 +1,7 @@
 // Random numbers and the prepared tables (polynomials, interpolations) of the evaluator's number
 // layer.
+// (Included by cBaseExpressionEvaluator.cpp, the one place where the template is instantiated.)
+#pragma once
 #include <cmath>
 
 #include "expressions/evaluator/cBaseExpressionEvaluator.h"
@@ -161,6 +163,5 @@ op_type cBaseExpressionEvaluator<T>::computeElaboration(T& node)
     return node.getOperator();
 }
 
-template class cBaseExpressionEvaluator<cWaveformExpression>;
 
 }  // namespace vx3

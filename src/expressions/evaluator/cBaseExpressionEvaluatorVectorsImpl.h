@@ -1,4 +1,6 @@
 // Vectors and strings in the evaluator: bracket lists, ranges, indices, string comparison.
+// (Included by cBaseExpressionEvaluator.cpp, the one place where the template is instantiated.)
+#pragma once
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -157,6 +159,5 @@ op_type cBaseExpressionEvaluator<T>::computeStringComparison(T& node)
     return op_integer;
 }
 
-template class cBaseExpressionEvaluator<cWaveformExpression>;
 
 }  // namespace vx3

@@ -1,5 +1,7 @@
 // The operator switch of the evaluator's number layer: operators and built-in functions whose
 // operands are values already.
+// (Included by cBaseExpressionEvaluator.cpp, the one place where the template is instantiated.)
+#pragma once
 #include <cmath>
 
 #include "expressions/evaluator/cBaseExpressionEvaluator.h"
@@ -138,6 +140,5 @@ op_type cBaseExpressionEvaluator<T>::computeSpecialFunction(T& node, bool& handl
     return defineVectorRange(node, from, step, to);
 }
 
-template class cBaseExpressionEvaluator<cWaveformExpression>;
 
 }  // namespace vx3
