@@ -233,3 +233,18 @@ TEST_F(Evaluator, RandomNumbersAndPreparedTables)
     ASSERT_EQ(messages.errors.size(), 1u);
     EXPECT_EQ(messages.errors[0].rfind("Bad arguments for \"interpolate_linear\".", 0), 0u);
 }
+
+TEST_F(Evaluator, CurvesDefinedFromTextAndEmptyCurves)
+{
+    ASSERT_TRUE(succeeds("create_waveform(\"t\", \"a\", [1, 2, 3], [0, 1, 2])"));
+    ASSERT_TRUE(evaluator.defineCurveFromString("Twice", "a * 2"));
+    EXPECT_EQ(number("twice[3]"), 6);
+    messages.errors.clear();
+    EXPECT_FALSE(evaluator.defineCurveFromString("c", "1 + 2"));
+    EXPECT_EQ(messages.errors, std::vector<std::string>{"Failed to define curve from \"c\" ... (1 + 2)"});
+    // a - b of curves that don't overlap is empty, and so is what is made of it.
+    ASSERT_TRUE(succeeds("create_waveform(\"t\", \"b\", [1, 2], [5, 6])"));
+    ASSERT_TRUE(succeeds("d = a - b"));
+    EXPECT_EQ(number("size(d)"), 0);
+    EXPECT_EQ(failure("d + 1"), std::vector<std::string>{"The curve \"d\" is empty."});
+}

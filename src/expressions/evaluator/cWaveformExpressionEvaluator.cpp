@@ -14,4 +14,16 @@ bool cWaveformExpressionEvaluator::evaluateString(std::string_view text, cWavefo
     return topLevelEvaluate(result);
 }
 
+bool cWaveformExpressionEvaluator::defineCurveFromString(const std::string& name, std::string_view text)
+{
+    cWaveformExpression result;
+    cPostProcessCurveDescription curve;
+    if (!evaluateString(text, result) || !getCurveDescription(result, curve) ||
+        baseExpression::checkIsStatus(defineOrUpdateCurve(normaliseName(name), result))) {
+        errorMsg("Failed to define curve from \"" + name + "\" ... (" + std::string(text) + ")");
+        return false;
+    }
+    return true;
+}
+
 }  // namespace vx3

@@ -24,6 +24,9 @@ public:
     // Parses text and evaluates it into result; false after the reasons were reported ("Failed
     // to parse expression ... (text)" for text that doesn't parse).
     bool evaluateString(std::string_view text, cWaveformExpression& result);
+    // The curve that text evaluates to, defined under name in the result section; false with
+    // "Failed to define curve from "name"" and the text when text gives no curve.
+    bool defineCurveFromString(const std::string& name, std::string_view text);
 };
 
 }  // namespace vx3

@@ -72,6 +72,15 @@ op_type cEvaluator::checkIfEvaluationIsPossible(T& node, std::vector<cPostProces
     bool any = false;
     for (size_t i = 0; i < node.childSize(); ++i) {
         if (getCurveDescription(node.operands()[i], descriptions[i])) {
+            std::string error;
+            if (!descriptions[i].load(false, error)) {
+                errorMsg(error);
+                return op_failed;
+            }
+            if (descriptions[i].getNbOfValues() == 0) {
+                errorMsg("The curve \"" + descriptions[i].getName() + "\" is empty.");
+                return op_failed;
+            }
             if (!makeNumeric(descriptions[i]))
                 return op_failed;
             isCurve[i] = any = true;
