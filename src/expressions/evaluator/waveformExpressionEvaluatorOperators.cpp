@@ -77,7 +77,7 @@ op_type cEvaluator::checkIfEvaluationIsPossible(T& node, std::vector<cPostProces
                 errorMsg(error);
                 return op_failed;
             }
-            if (descriptions[i].getNbOfValues() == 0) {
+            if (descriptions[i].getNbOfValues() == 0 && node.getOperator() != op_function_size) {
                 errorMsg("The curve \"" + descriptions[i].getName() + "\" is empty.");
                 return op_failed;
             }
