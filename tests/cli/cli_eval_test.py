@@ -396,6 +396,21 @@ class RawFiles(unittest.TestCase):
         x, y = curve(self.tran, "-e", "db(fft(v(in), 256))")
         close(self, y, 20 * np.log10(np.maximum(np.abs(reference[:, 1] + 1j * reference[:, 2]), 1e-300)), "db")
 
+    def test_cut_of_a_swept_curve(self):
+        # A dc sweep over two sources: waveform() with sweep indices takes one cut, x the inner sweep.
+        path = simulate(self.folder, "dc_sweep.cir", "dc.raw")
+        table = read_ascii_raw(path)
+        inner, outer, out = table["v(v-sweep)"], table["v(ref)"], table["v(out)"]
+        for ref in range(3):
+            rows = outer == ref
+            x, y = curve(path, "-e", "waveform(\"dc.raw\", \"v(out)\", [0, 1], [%d, 0])" % ref)
+            close(self, x, inner[rows], "cut %d x" % ref)
+            close(self, y, out[rows], "cut %d" % ref)
+        code, out, err = run(path, "-e", "waveform(\"dc.raw\", \"v(out)\", [0, 1], [3, 0])")
+        self.assertEqual(err, " - E - Incoherent vector indices in \"waveform()\".\n")
+        code, out, err = run(path, "-e", "waveform(\"dc.raw\", \"v(out)\", [0], [1])")
+        self.assertEqual(err, " - E - Incoherent vector sizes in \"waveform()\".\n")
+
     def test_two_files_on_unlike_grids(self):
         ta, va = self.a["time"], self.a["v(out)"]
         tb, vb = self.b["time"], self.b["v(out)"]

@@ -129,6 +129,7 @@ private:
     op_type createOrFindWaveform(T& node, bool& handled);
     op_type computeWaveform(T& node);
     op_type createWaveform(T& node);
+    op_type copySweepCut(T& node, cPostProcessCurveDescription description);
     op_type createRandomWaveform(T& node);
     op_type reduceWaveform(T& node);
     op_type resampleWaveform(T& node);

@@ -258,12 +258,72 @@ op_type cEvaluator::computeWaveform(T& node)
         if (sweeps == 1) {
             description.sweepPermutation().clear();
             description.sweepIndices().clear();
+        } else {
+            return copySweepCut(node, description);
         }
     }
     const std::string key = "waveform(" + std::to_string(section->getSectionId()) + "," + std::to_string(index) + ")";
     insertLoadedCurves(key, description);
     node = T(key);
     return op_name;
+}
+
+op_type cEvaluator::copySweepCut(T& node, cPostProcessCurveDescription description)
+{
+    // One cut of a swept curve: the sweep that the permutation puts last is its x-axis, the
+    // indices of the others choose the cut.
+    const std::string self = "waveform()";
+    cCurvePlotDataSection& section = *description.getSection();
+    const std::vector<uint64_t> permutation = description.sweepPermutation();
+    const std::vector<uint64_t> wanted = description.sweepIndices();
+    std::vector<uint64_t> sorted = permutation;
+    std::sort(sorted.begin(), sorted.end());
+    if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) {
+        errorMsg("Incoherent vector indices in \"" + self + "\".");
+        return op_failed;
+    }
+    const uint64_t xSweep = permutation.back();
+    uint64_t cut = cCurvePlotDataSection::npos;
+    std::vector<uint64_t> indices;
+    for (uint64_t c = 0; c < section.computeNbOfCutsPerCurve() && cut == cCurvePlotDataSection::npos; ++c) {
+        if (!section.computeSweepIndicesForCut(c, permutation, indices))
+            break;
+        bool same = true;
+        for (uint64_t k = 0; k < indices.size(); ++k)
+            same = same && (k == xSweep || indices[k] == wanted[k]);
+        if (same)
+            cut = c;
+    }
+    if (cut == cCurvePlotDataSection::npos) {
+        errorMsg("Incoherent vector indices in \"" + self + "\".");
+        return op_failed;
+    }
+    std::string error;
+    const cPostProcessCurveDescription whole(&section, description.getCurveIndex());
+    curvePlotFunctionArgs::cDataVectors vectors;
+    if (!whole.load(false, error) ||
+        !section.computeSweepDataVectors(description.getCurveIndex(), cut, permutation, vectors)) {
+        errorMsg(error.empty() ? "Unsupported curve type." : error);
+        return op_failed;
+    }
+    cCurveCopy copy;
+    copy.unit = whole.getCurvePtr()->getUnitIdentifier();
+    const bool walked = postProcess::visitSamples(vectors, [&](const auto& samples) {
+        using tY = std::remove_cvref_t<decltype(samples.y[0])>;
+        for (uint64_t i = 0; i < samples.count; ++i) {
+            copy.xs.push_back(static_cast<double>(samples.x[i]));
+            if constexpr (postProcess::kIsComplex<tY>)
+                copy.yc.emplace_back(samples.y[i].real(), samples.y[i].imag());
+            else
+                copy.ys.push_back(static_cast<double>(samples.y[i]));
+        }
+        copy.complex = postProcess::kIsComplex<tY>;
+    });
+    if (!walked) {
+        errorMsg("Unsupported curve type.");
+        return op_failed;
+    }
+    return storeTemporaryCurve(node, copy);
 }
 
 op_type cEvaluator::createWaveform(T& node)
