@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <new>
 
 #include "expressions/cWaveformExpression.h"
 
@@ -117,7 +118,15 @@ bool cBaseExpressionEvaluator<T>::topLevelEvaluate(T& tree, bool reportUnevaluat
 {
     resetRecursion();
     const std::string text = tree.getExpressionAsString();
-    const op_type result = evaluate(tree);
+    op_type result = op_failed;
+    try {
+        result = evaluate(tree);
+    } catch (const std::bad_alloc&) {
+        // A result too large for memory (a random curve of a billion points) fails, and what
+        // was loaded stays.
+        this->errorMsg("Not enough memory to evaluate the expression ... (" + text + ")");
+        return false;
+    }
     if (checkIsStatus(result))
         return false;
     if (!checkIfEvaluationResultMakesSense(tree)) {
