@@ -316,6 +316,12 @@ class RawFiles(unittest.TestCase):
         slope = np.diff(vout) / np.diff(t)
         x, y = curve(self.tran, "-e", "derivative(v(out))")
         close(self, y, np.append(slope, slope[-1]), "derivative", 1e-9)
+        x, y = curve(self.tran, "-e", "derivative_forward(v(out))")
+        close(self, y[:-1], slope, "forward derivative", 1e-9)
+        x, y = curve(self.tran, "-e", "derivative_backward(v(out))")
+        close(self, y[1:], slope, "backward derivative", 1e-9)
+        x, y = curve(self.tran, "-e", "derivative_centered(v(out))")
+        close(self, y[1:-1], (vout[2:] - vout[:-2]) / (t[2:] - t[:-2]), "centred derivative", 1e-9)
         x, y = curve(self.tran, "-e", "integral(v(in))")
         close(self, y, cumulative_trapezoid(vin, t, initial=0), "integral", 1e-11)
         self.assertAlmostEqual(number(self.tran, "-e", "average(v(out))"),
