@@ -1,11 +1,14 @@
-// zelwave-cli eval: expressions of the waveform calculator. It parses an expression and prints
-// its tree; the evaluation over the curves of files comes with the curve engine.
+// zelwave-cli eval: expressions of the waveform calculator, evaluated over the curves of files,
+// or parsed and printed as their trees.
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "base/cVxLogger.h"
 #include "cCliTool.h"
+#include "base/cVxString.h"
+#include "cliFileSupport.h"
+#include "expressions/evaluator/cWaveformExpressionEvaluator.h"
 #include "expressions/cWaveformExpressionParser.h"
 
 namespace vx3 {
@@ -46,51 +49,126 @@ void printNodes(const cWaveformExpression& tree, std::ostream& out)
     }
 }
 
+// A value of the evaluator on out: a number, one element a line, a string, or a curve as CSV.
+void printValue(cWaveformExpressionEvaluator& evaluator, const cWaveformExpression& value, std::ostream& out)
+{
+    using namespace baseExpression;
+    const auto& numbers = value.doubleValues();
+    switch (value.getOperator()) {
+    case op_integer:
+    case op_real:
+        out << cliFiles::number(numbers.at(0)) << '\n';
+        return;
+    case op_complex:
+        out << cliFiles::number(numbers.at(0)) << ',' << cliFiles::number(numbers.at(1)) << '\n';
+        return;
+    case op_real_vector:
+        for (double number : numbers)
+            out << cliFiles::number(number) << '\n';
+        return;
+    case op_complex_vector:
+        for (size_t i = 0; i + 1 < numbers.size(); i += 2)
+            out << cliFiles::number(numbers[i]) << ',' << cliFiles::number(numbers[i + 1]) << '\n';
+        return;
+    case op_quoted_string: out << value.getAsString() << '\n'; return;
+    default: break;
+    }
+    cPostProcessCurveDescription curve;
+    if (!evaluator.getCurveDescription(value, curve)) {
+        // A function definition leaves its name.
+        out << value.getAsString() << '\n';
+        return;
+    }
+    if (curve.checkCurveIsDigital()) {
+        std::string error;
+        if (curve.load(false, error)) {
+            out << "x,state\n";
+            cliFiles::dumpLogicChanges(*curve.getSection(), *curve.getCurvePtr(), false, out);
+        }
+        return;
+    }
+    waveformExpressionEvaluator::cEvaluator::cCurveCopy copy;
+    if (!evaluator.readCurve(curve, copy))
+        return;
+    out << (copy.complex ? "x,real,imag\n" : "x,y\n");
+    for (size_t i = 0; i < copy.size(); ++i) {
+        out << cliFiles::number(copy.xs[i]) << ',';
+        if (copy.complex)
+            out << cliFiles::number(copy.yc[i].real()) << ',' << cliFiles::number(copy.yc[i].imag()) << '\n';
+        else
+            out << cliFiles::number(copy.ys[i]) << '\n';
+    }
+}
+
 int runEval(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
-    std::vector<std::string> files;
-    std::string expression;
-    bool haveExpression = false, tree = false, nodes = false;
+    std::vector<std::string> expressions, rest;
+    bool tree = false, nodes = false, caseSensitive = false, fromZero = false;
     for (size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
-        if ((argument == "-e" || argument == "--expression") && i + 1 < arguments.size()) {
-            if (haveExpression) {
-                err << "zelwave-cli eval: give one expression\n";
-                return 2;
-            }
-            expression = arguments[++i];
-            haveExpression = true;
-        } else if (argument == "--tree") {
+        if ((argument == "-e" || argument == "--expression") && i + 1 < arguments.size())
+            expressions.push_back(arguments[++i]);
+        else if (argument == "--tree")
             tree = true;
-        } else if (argument == "--nodes") {
+        else if (argument == "--nodes")
             nodes = true;
-        } else if (argument.size() > 1 && argument[0] == '-') {
-            err << "zelwave-cli eval: unknown option \"" << argument << "\"\n";
-            return 2;
-        } else {
-            files.push_back(argument);
-        }
+        else if (argument == "--case-sensitive")
+            caseSensitive = true;
+        else if (argument == "--index-from-zero")
+            fromZero = true;
+        else
+            rest.push_back(argument);
     }
-    if (!haveExpression) {
+    cliFiles::cFileOptions options;
+    if (!cliFiles::readOptions(rest, options, err, true))
+        return 2;
+    if (expressions.empty()) {
         err << "zelwave-cli eval: give an expression with -e EXPR\n";
         return 2;
     }
-    if (!tree && !nodes) {
-        err << "zelwave-cli eval: evaluating expressions is not available yet; --tree and --nodes print the "
-               "parsed expression\n";
-        return 1;
-    }
     cEvalLogger messages(err);
-    cVxLogger logger;
-    logger.setLoggerCallBack(&messages);
-    cWaveformExpressionParser parser(logger);
+    if (tree || nodes) {
+        cVxLogger logger;
+        logger.setLoggerCallBack(&messages);
+        cWaveformExpressionParser parser(logger);
+        for (const auto& expression : expressions) {
+            cWaveformExpression result;
+            if (!parser.parseString(expression, result))
+                return 1;
+            if (tree)
+                out << result.getExpressionAsString() << '\n';
+            if (nodes)
+                printNodes(result, out);
+        }
+        return 0;
+    }
+    cCurvePlotDataFile store;
+    for (const auto& file : options.positional) {
+        const returnCode code = cliFiles::readFile(store, file, options, err);
+        if (code != ok && code != partly_parsed) {
+            err << "zelwave-cli eval: can't read \"" << file << "\"\n";
+            return 1;
+        }
+    }
+    cCurvePlotDataSection* current = nullptr;
+    if (!options.positional.empty()) {
+        uint64_t index = 0;
+        const std::vector<cCurvePlotDataSection*> sections = cliFiles::sectionsOf(store);
+        if (!cVxString(options.section).toUint64(index) || index >= sections.size()) {
+            err << "zelwave-cli eval: --section wants a number below " << sections.size() << '\n';
+            return 2;
+        }
+        current = sections[index];
+    }
+    cWaveformExpressionEvaluator evaluator(&store, current);
+    evaluator.setLoggerCallBack(&messages);
+    evaluator.setFlagMatchStringsCaseSensitive(caseSensitive);
+    evaluator.setFlagFirstVectorIndexIsOne(!fromZero);
     cWaveformExpression result;
-    if (!parser.parseString(expression, result))
-        return 1;
-    if (tree)
-        out << result.getExpressionAsString() << '\n';
-    if (nodes)
-        printNodes(result, out);
+    for (const auto& expression : expressions)
+        if (!evaluator.evaluateString(expression, result))
+            return 1;
+    printValue(evaluator, result, out);
     return 0;
 }
 
@@ -98,18 +176,31 @@ int runEval(const std::vector<std::string>& arguments, std::ostream& out, std::o
 
 void addEvalSubcommands(cCliTool& tool)
 {
-    tool.add({"eval", "parse an expression of the waveform calculator and print its tree",
-              "usage: zelwave-cli eval [FILE...] -e EXPR [--tree] [--nodes]\n\n"
-              "Parses EXPR as the waveform calculator does.\n"
-              "  --tree   prints the expression back with brackets around every operand that is\n"
-              "           itself an operation, so the text shows how it was read: \"2*3+4\" prints\n"
-              "           as \"(2*3)+4\", \"-a-b-c\" as \"(-(a-b))-c\".\n"
-              "  --nodes  prints the tree one node a line, indented by depth: the node's kind, then\n"
-              "           its name or string in quotes or its numbers.\n"
-              "Parse errors go to standard error and the exit code is 1.\n\n"
-              "Not available yet: evaluating EXPR over the curves of the FILEs (a number, or a curve\n"
-              "as CSV). Without --tree or --nodes eval says so and exits with 1; the FILEs are not\n"
-              "read.\n",
+    tool.add({"eval", "evaluate an expression of the waveform calculator over the curves of files",
+              "usage: zelwave-cli eval [FILE...] -e EXPR [-e EXPR...] [--section N] [--tree] [--nodes]\n\n"
+              "Reads the FILEs and evaluates EXPR as the waveform calculator does. Plain names are\n"
+              "curves of the current section (the first one, or section N of --section, counted from\n"
+              "0 as zelwave-cli info lists them), then parameters; waveform(\"section\", \"curve\")\n"
+              "names a curve of any section. With several -e the expressions are evaluated in order\n"
+              "in one calculator, so that a definition (\"f(x) = x^2\", \"g = v(out) - v(in)\")\n"
+              "serves the expressions after it; the value of the last one is printed:\n"
+              "  a number          one line (a complex number as real,imaginary)\n"
+              "  a vector          one element a line\n"
+              "  a string          the string\n"
+              "  a curve           CSV with a header line: x,y (complex: x,real,imag); a logic\n"
+              "                    curve: x,state, one line per change\n"
+              "Options:\n"
+              "  --section N         the current section\n"
+              "  --case-sensitive    names match with their case (by default they are lower-cased)\n"
+              "  --index-from-zero   vector and curve indices count from 0 (by default from 1)\n"
+              "  --reader NAME, --read-all, --verbose   as for zelwave-cli info\n"
+              "  --tree              prints each expression back with brackets around every operand\n"
+              "                      that is itself an operation, so the text shows how it was read:\n"
+              "                      \"2*3+4\" prints as \"(2*3)+4\", \"-a-b-c\" as \"(-(a-b))-c\"\n"
+              "  --nodes             prints the tree one node a line, indented by depth: the node's\n"
+              "                      kind, then its name or string in quotes or its numbers\n"
+              "With --tree or --nodes nothing is evaluated and the FILEs are not read.\n"
+              "Parse and evaluation errors go to standard error and the exit code is 1.\n",
               runEval});
 }
 

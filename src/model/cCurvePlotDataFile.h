@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/cVxThread.h"
+#include "model/cCurvePlotDataSearch.h"
 #include "model/cCurvePlotDataSection.h"
 #include "model/cCurvePlotDataType.h"
 #include "model/cFileDbSupport.h"
@@ -124,6 +125,16 @@ public:
     void createCurveHierarchy(uint64_t firstSectionIndex, bool flag = true);
     void createCurveHierarchy(const std::vector<cCurvePlotDataSection*>& sections, bool flag = true);
     void createCurveHierarchyOfLastSection(bool flag = true);
+
+    // ---- Search (cCurvePlotDataFileSearch.cpp). Each evaluates expression through search for
+    // every candidate; an expression that search refuses matches nothing.
+    std::vector<cCurvePlotDataSection*> findMatchingSections(const std::string& expression,
+                                                             cCurvePlotSearchVirtual& search, const cVxLogger& logger);
+    std::vector<std::pair<cCurvePlotDataSection*, uint64_t>> findMatchingCurves(const std::string& expression,
+                                                                                cCurvePlotSearchVirtual& search,
+                                                                                const cVxLogger& logger);
+    std::vector<std::pair<cCurvePlotDataSection*, const cCurvePlotDataCurveHierarchy*>> findMatchingInstances(
+        const std::string& expression, cCurvePlotSearchVirtual& search, const cVxLogger& logger);
 
     // ---- Names
     void attributeUniqueNamesToNewDataSections(uint64_t firstIndex);
