@@ -1,6 +1,5 @@
 #include "colourList.h"
 
-#include <cmath>
 #include <cstdio>
 
 #include "base/cVxString.h"
@@ -14,26 +13,19 @@ cColour get_colour_from_list(uint64_t index, unsigned alpha, unsigned lowest)
         lowest = 255;
     const unsigned u = static_cast<unsigned>(index % 18);
     const unsigned v = u / 3 + (u % 3) * 6;
-    double f = v / 6.0;
-    const double low = lowest, span = 255.0 - lowest;
-    double red = 0, green = 0, blue = 0;
-    if (v < 6) {
-        red = low + span * f;
-        green = low;
-        blue = low + span * (1.0 - f);
-    } else if (v < 12) {
-        f -= 1.0;
-        green = low + span * f;
-        red = low + span * (1.0 - f);
-        blue = low;
-    } else {
-        f -= 2.0;
-        blue = low + span * f;
-        green = low + span * (1.0 - f);
-        red = low;
-    }
-    auto byte = [](double value) { return static_cast<unsigned char>(std::lround(value)); };
-    return cColour{byte(red), byte(green), byte(blue), static_cast<unsigned char>(alpha > 255 ? 255 : alpha)};
+    // f = v / 6 minus the edge; kept as sixths so that the halves (42.5, 127.5, ...) round up
+    // exactly: in doubles 255 * (1 - 5/6.0) falls just below 42.5.
+    const unsigned sixths = v % 6, span = 255 - lowest;
+    auto channel = [&](unsigned numerator) {
+        return static_cast<unsigned char>((6 * lowest + span * numerator + 3) / 6);
+    };
+    const unsigned char low = static_cast<unsigned char>(lowest), rise = channel(sixths), fall = channel(6 - sixths);
+    const unsigned char a = static_cast<unsigned char>(alpha > 255 ? 255 : alpha);
+    if (v < 6)
+        return cColour{rise, low, fall, a};  // blue turns into red
+    if (v < 12)
+        return cColour{fall, rise, low, a};  // red turns into green
+    return cColour{low, fall, rise, a};      // green turns into blue
 }
 
 }  // namespace colourList
