@@ -72,8 +72,8 @@ protected:
     // N, oversampling, df and fs from the spectrum's frequency range; false with the message.
     bool computeRealFFTFrequencyVectorDefineInterval(double fmin, double fmax, uint64_t count, bool twoSided,
                                                      uint64_t& points, double& df, double& fs);
-    bool createTimeVariableRealFFT(cFFTAnalysisArguments& arguments, uint64_t points, double fs);
-    bool createTimeVariableComplexFFT(cFFTAnalysisArguments& arguments, uint64_t points, double fs);
+    // The time curve of the inverse transform: complex values from a two-sided spectrum, else real ones.
+    bool createTimeVariable(cFFTAnalysisArguments& arguments, uint64_t points, double fs, bool twoSided);
 
     cFFTAnalysisOptions& mOptions;
     cCurvePlotDataSection& mSection;
