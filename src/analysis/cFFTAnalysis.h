@@ -64,6 +64,9 @@ protected:
     // ---- Time to frequency
     bool createFrequencyVariableRealFFT(cFFTAnalysisArguments& arguments, uint64_t n, double fs);
     bool createFrequencyVariableComplexFFT(cFFTAnalysisArguments& arguments, uint64_t n, double fs);
+    // The spectrum's result curve with room for `bins` complex values; false with the failure told.
+    bool startSpectrumCurve(cFFTAnalysisArguments& arguments, uint64_t bins, cPostProcessCurveDescription& result,
+                            double*& x, tComplex*& spectrum);
 
     // ---- Frequency to time
     bool computeFFTFrequencyVector(cFFTAnalysisArguments& arguments, bool& twoSided, uint64_t& points, double& fs);
