@@ -153,6 +153,9 @@ public:
     op_type defineVectorRange(T& node, double from, double step, double to);
 
 protected:
+    // A compound assignment "a op= b" rewritten as "a = a op b"; false (reported) for a node
+    // without its two operands.
+    bool expandAssign(T& node);
     void resetRecursion() { mDepth = 0; mTooDeepReported = false; }
     // Counts a level of nesting; false, once reported, when too deep.
     bool enterLevel();

@@ -589,18 +589,13 @@ op_type cEvaluator::computeCurveFunction(T& node, const std::vector<cPostProcess
         const std::string name = generateNewTmpCurve();
         uint64_t index = 0;
         std::string error;
-        if (!postProcess::shapeStoreCurve(
-                getDataFile(), *section, name, curves[0],
-                [&](const auto& samples, std::vector<double>& xs, auto& ys, std::string& message) {
-                    return smooth(samples, xs, ys, message);
-                },
-                index, error)) {
-            errorMsg(error);
-            return op_failed;
-        }
-        insertTemporaryCurve(name, section->getSectionId());
-        node = T(name);
-        return op_name;
+        const bool smoothed = postProcess::shapeStoreCurve(
+            getDataFile(), *section, name, curves[0],
+            [&](const auto& samples, std::vector<double>& xs, auto& ys, std::string& message) {
+                return smooth(samples, xs, ys, message);
+            },
+            index, error);
+        return adoptTemporaryCurve(node, smoothed, name, section->getSectionId(), error);
     }
     case op_function_min:
     case op_function_max:
