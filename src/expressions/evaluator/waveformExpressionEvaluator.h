@@ -120,6 +120,9 @@ private:
                                const std::vector<bool>& isCurve);
     op_type computeCurveFunction(T& node, const std::vector<cPostProcessCurveDescription>& curves,
                                  const std::vector<bool>& isCurve, bool& handled);
+    // A function of a table (poly, interpolate_linear, ...) at each sample of the last argument's curve.
+    op_type computeTableOfCurve(T& node, const std::vector<cPostProcessCurveDescription>& curves,
+                                const std::vector<bool>& isCurve);
     op_type computeExtreme(T& node, const cPostProcessCurveDescription& curve, bool maximum, bool xValue);
     op_type computeMeasurement(T& node, const cPostProcessCurveDescription& curve);
     // The symbolic derivative of an expression by a name, or its value at a point.
