@@ -76,6 +76,9 @@ protected:
     bool computeRealFFTFrequencyVectorDefineInterval(double fmin, double fmax, uint64_t count, bool twoSided,
                                                      uint64_t& points, double& df, double& fs);
     // The time curve of the inverse transform: complex values from a two-sided spectrum, else real ones.
+    // The same from the frequency range of the spectrum curve.
+    bool defineFrequencyGrid(const cPostProcessCurveDescription& curve, bool twoSided, uint64_t& points, double& df,
+                             double& fs);
     bool createTimeVariable(cFFTAnalysisArguments& arguments, uint64_t points, double fs, bool twoSided);
 
     cFFTAnalysisOptions& mOptions;

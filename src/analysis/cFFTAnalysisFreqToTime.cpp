@@ -154,14 +154,21 @@ bool resampleSpectrum(const cPostProcessCurveDescription& curve, int type, doubl
 
 }  // namespace
 
-bool cFFTAnalysis::computeRealFFTFrequencyVector(const cPostProcessCurveDescription& curve, uint64_t& points,
-                                                 double& fs)
+bool cFFTAnalysis::defineFrequencyGrid(const cPostProcessCurveDescription& curve, bool twoSided, uint64_t& points,
+                                       double& df, double& fs)
 {
-    double fmin = 0, fmax = 0, df = 0;
+    double fmin = 0, fmax = 0;
     uint64_t count = 0;
     std::string message;
     cFFTAnalysisCommon::findXRange(curve, fmin, fmax, count, message);
-    if (!computeRealFFTFrequencyVectorDefineInterval(fmin, fmax, count, false, points, df, fs))
+    return computeRealFFTFrequencyVectorDefineInterval(fmin, fmax, count, twoSided, points, df, fs);
+}
+
+bool cFFTAnalysis::computeRealFFTFrequencyVector(const cPostProcessCurveDescription& curve, uint64_t& points,
+                                                 double& fs)
+{
+    double df = 0;
+    if (!defineFrequencyGrid(curve, false, points, df, fs))
         return false;
     mFrequencyVector.assign(points / 2 + 1, tComplex(0.0));
     if (!resampleSpectrum(curve, mOptions.getFrequencyResamplingType(), 0.0, df, mFrequencyVector)) {
@@ -174,11 +181,8 @@ bool cFFTAnalysis::computeRealFFTFrequencyVector(const cPostProcessCurveDescript
 bool cFFTAnalysis::computeComplexFFTFrequencyVector(const cPostProcessCurveDescription& curve, uint64_t& points,
                                                     double& fs)
 {
-    double fmin = 0, fmax = 0, df = 0;
-    uint64_t count = 0;
-    std::string message;
-    cFFTAnalysisCommon::findXRange(curve, fmin, fmax, count, message);
-    if (!computeRealFFTFrequencyVectorDefineInterval(fmin, fmax, count, true, points, df, fs))
+    double df = 0;
+    if (!defineFrequencyGrid(curve, true, points, df, fs))
         return false;
     // Rising frequencies from -(points/2) * df, then back into transform order.
     std::vector<tComplex> rising(points, tComplex(0.0));
