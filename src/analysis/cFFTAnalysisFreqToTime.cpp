@@ -100,7 +100,12 @@ bool cFFTAnalysis::computeRealFFTFrequencyVectorDefineInterval(double fmin, doub
         return false;
     }
     points = static_cast<uint64_t>(n * oversampling);
-    return df > 0 && std::isfinite(df);
+    if (!(df > 0) || !std::isfinite(df)) {
+        // A frequency range so wide that its step overflows.
+        mError = "The curve data could not be processed by the FFT.";
+        return false;
+    }
+    return true;
 }
 
 namespace {

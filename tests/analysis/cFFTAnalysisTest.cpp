@@ -266,6 +266,14 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     options.setSamplingFrequency(100.0);
     EXPECT_FALSE(run(options, flat, error));
     EXPECT_EQ(error, "The number of FFT points is 0.");
+    // A spectrum so wide that its frequency step overflows fails with a message.
+    const uint64_t wide = addCurve(store, section, "wide", std::vector<double>{0.0, 1e307, 1.7e308},
+                                   std::vector<tComplex>{tComplex(1.0), tComplex(0.5), tComplex(0.25)});
+    options.setDefaults();
+    options.setFrequencyToTime(true);
+    options.setNumberOfPoints(4);
+    EXPECT_FALSE(run(options, wide, error));
+    EXPECT_EQ(error, "The curve data could not be processed by the FFT.");
 
     // A gap in the curve reads as 0: the spectrum stays defined.
     std::vector<double> gapped = y;
