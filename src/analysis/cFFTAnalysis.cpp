@@ -213,8 +213,13 @@ bool cFFTAnalysis::computeFFTAndAddCurveTimeToFreq(cFFTAnalysisArguments& argume
         n = static_cast<int64_t>(points);
         mOptions.setNumberOfPoints(n);
     }
-    if (static_cast<uint64_t>(n) > kMaxNumberOfPoints || !(dt > 0) || !std::isfinite(dt)) {
+    if (static_cast<uint64_t>(n) > kMaxNumberOfPoints) {
         mError = "The FFT number of points is too large.";
+        return false;
+    }
+    if (!(dt > 0) || !std::isfinite(dt) || !(fs > 0) || !std::isfinite(fs)) {
+        // An interval so short (or a rate so high) that the step or the rate leaves the doubles.
+        mError = "The curve data could not be processed by the FFT.";
         return false;
     }
     const uint64_t points = static_cast<uint64_t>(n);

@@ -252,6 +252,13 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     options.setNumberOfPoints(0);
     EXPECT_FALSE(run(options, index, error));
     EXPECT_EQ(error, "The FFT number of points and FFT sampling frequency are 0.0.");
+    // An interval so short that its sampling frequency overflows fails with a message.
+    const uint64_t brief = addCurve(store, section, "brief", std::vector<double>{0.0, 5e-311, 1e-310},
+                                    std::vector<double>{1.0, 0.5, 0.25});
+    options.setDefaults();
+    options.setNumberOfPoints(4);
+    EXPECT_FALSE(run(options, brief, error));
+    EXPECT_EQ(error, "The curve data could not be processed by the FFT.");
 
     const std::vector<double> dc = {0.0};
     const std::vector<tComplex> dcValue = {tComplex(1.0, 0.0)};
