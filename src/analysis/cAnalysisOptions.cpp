@@ -4,6 +4,19 @@
 
 namespace vx3 {
 
+namespace {
+
+// Sets an entry, growing the vector with zeros up to it.
+template <class T>
+void setGrowing(std::vector<T>& values, uint64_t index, T value)
+{
+    if (index >= values.size())
+        values.resize(index + 1, T());
+    values[index] = value;
+}
+
+}  // namespace
+
 void cAnalysisOptions::resize(uint64_t doubles, uint64_t int64s, uint64_t ints, uint64_t flags)
 {
     mDoubles.resize(std::max<uint64_t>(mDoubles.size(), doubles), 0.0);
@@ -22,30 +35,22 @@ void cAnalysisOptions::setZero()
 
 void cAnalysisOptions::setDouble(uint64_t index, double value)
 {
-    if (index >= mDoubles.size())
-        mDoubles.resize(index + 1, 0.0);
-    mDoubles[index] = value;
+    setGrowing(mDoubles, index, value);
 }
 
 void cAnalysisOptions::setInt64(uint64_t index, int64_t value)
 {
-    if (index >= mInt64s.size())
-        mInt64s.resize(index + 1, 0);
-    mInt64s[index] = value;
+    setGrowing(mInt64s, index, value);
 }
 
 void cAnalysisOptions::setInt(uint64_t index, int value)
 {
-    if (index >= mInts.size())
-        mInts.resize(index + 1, 0);
-    mInts[index] = value;
+    setGrowing(mInts, index, value);
 }
 
 void cAnalysisOptions::setFlag(uint64_t index, bool value)
 {
-    if (index >= mFlags.size())
-        mFlags.resize(index + 1, false);
-    mFlags[index] = value;
+    setGrowing(mFlags, index, value);
 }
 
 }  // namespace vx3

@@ -213,8 +213,13 @@ bool cFFTAnalysis::computeFFTAndAddCurveTimeToFreq(cFFTAnalysisArguments& argume
         n = static_cast<int64_t>(points);
         mOptions.setNumberOfPoints(n);
     }
-    if (static_cast<uint64_t>(n) > kMaxNumberOfPoints || !(dt > 0) || !std::isfinite(dt)) {
+    if (static_cast<uint64_t>(n) > kMaxNumberOfPoints) {
         mError = "The FFT number of points is too large.";
+        return false;
+    }
+    if (!(dt > 0) || !std::isfinite(dt) || !(fs > 0) || !std::isfinite(fs)) {
+        // An interval so short (or a rate so high) that the step or the rate leaves the doubles.
+        mError = "The curve data could not be processed by the FFT.";
         return false;
     }
     const uint64_t points = static_cast<uint64_t>(n);
@@ -259,44 +264,46 @@ bool cFFTAnalysis::createFrequencyVariableRealFFT(cFFTAnalysisArguments& argumen
         mError = "The FFT on real time values can only be computed on an even number of points.";
         return fail(arguments, mError);
     }
-    const cPostProcessCurveDescription& input = arguments.getFirstArgumentCurve();
-    const std::string name = input.getName(), fullName = "FFT(" + arguments.getCompleteFirstArgumentName() + ")";
     const uint64_t bins = n / 2 + 1;
-    if (!arguments.createResultVariableIfNecessary(mStore, resultName("FFT(" + name + ")"),
-                                                   curvePlotProperties::parameterized_double_complex,
-                                                   curvePlotDataType::hertz, cFFTAnalysisCommon::unitOf(input)))
-        return fail(arguments, "FFT failed.");
-    cPostProcessCurveDescription result = arguments.getResultCurve();
+    cPostProcessCurveDescription result;
     double* x = nullptr;
-    void* y = nullptr;
-    if (!prepareResultStorage(result, bins, true, x, y))
-        return fail(arguments, "FFT failed.");
+    tComplex* spectrum = nullptr;
+    if (!startSpectrumCurve(arguments, bins, result, x, spectrum))
+        return false;
     const double df = fs / static_cast<double>(n);
     for (uint64_t i = 0; i < bins; ++i)
         x[i] = static_cast<double>(i) * df;
     // The transform writes the bins straight into the curve's storage.
-    auto* spectrum = static_cast<tComplex*>(y);
     if (!mFFT.realFFT(mTimeVector.data(), n, spectrum))
         return fail(arguments, "FFT failed.");
     cFFTInterface::normalize(spectrum, bins, n, forwardNormalization(mOptions));
-    finishResultCurve(result, fullName);
+    finishResultCurve(result, "FFT(" + arguments.getCompleteFirstArgumentName() + ")");
+    return true;
+}
+
+bool cFFTAnalysis::startSpectrumCurve(cFFTAnalysisArguments& arguments, uint64_t bins,
+                                      cPostProcessCurveDescription& result, double*& x, tComplex*& spectrum)
+{
+    const cPostProcessCurveDescription& input = arguments.getFirstArgumentCurve();
+    if (!arguments.createResultVariableIfNecessary(mStore, resultName("FFT(" + input.getName() + ")"),
+                                                   curvePlotProperties::parameterized_double_complex,
+                                                   curvePlotDataType::hertz, cFFTAnalysisCommon::unitOf(input)))
+        return fail(arguments, "FFT failed.");
+    result = arguments.getResultCurve();
+    void* y = nullptr;
+    if (!prepareResultStorage(result, bins, true, x, y))
+        return fail(arguments, "FFT failed.");
+    spectrum = static_cast<tComplex*>(y);
     return true;
 }
 
 bool cFFTAnalysis::createFrequencyVariableComplexFFT(cFFTAnalysisArguments& arguments, uint64_t n, double fs)
 {
-    const cPostProcessCurveDescription& input = arguments.getFirstArgumentCurve();
-    const std::string name = input.getName(), fullName = "FFT(" + arguments.getCompleteFirstArgumentName() + ")";
-    if (!arguments.createResultVariableIfNecessary(mStore, resultName("FFT(" + name + ")"),
-                                                   curvePlotProperties::parameterized_double_complex,
-                                                   curvePlotDataType::hertz, cFFTAnalysisCommon::unitOf(input)))
-        return fail(arguments, "FFT failed.");
-    cPostProcessCurveDescription result = arguments.getResultCurve();
+    cPostProcessCurveDescription result;
     double* x = nullptr;
-    void* y = nullptr;
-    if (!prepareResultStorage(result, n, true, x, y))
-        return fail(arguments, "FFT failed.");
-    auto* spectrum = static_cast<tComplex*>(y);
+    tComplex* spectrum = nullptr;
+    if (!startSpectrumCurve(arguments, n, result, x, spectrum))
+        return false;
     std::copy(mComplexTimeVector.begin(), mComplexTimeVector.end(), spectrum);
     if (!mFFT.FFT(spectrum, n, forwardNormalization(mOptions)))
         return fail(arguments, "FFT failed.");
@@ -306,7 +313,7 @@ bool cFFTAnalysis::createFrequencyVariableComplexFFT(cFFTAnalysisArguments& argu
     const double df = fs / static_cast<double>(n);
     for (uint64_t i = 0; i < n; ++i)
         x[i] = (static_cast<double>(i) - static_cast<double>(negative)) * df;
-    finishResultCurve(result, fullName);
+    finishResultCurve(result, "FFT(" + arguments.getCompleteFirstArgumentName() + ")");
     return true;
 }
 

@@ -64,6 +64,9 @@ protected:
     // ---- Time to frequency
     bool createFrequencyVariableRealFFT(cFFTAnalysisArguments& arguments, uint64_t n, double fs);
     bool createFrequencyVariableComplexFFT(cFFTAnalysisArguments& arguments, uint64_t n, double fs);
+    // The spectrum's result curve with room for `bins` complex values; false with the failure told.
+    bool startSpectrumCurve(cFFTAnalysisArguments& arguments, uint64_t bins, cPostProcessCurveDescription& result,
+                            double*& x, tComplex*& spectrum);
 
     // ---- Frequency to time
     bool computeFFTFrequencyVector(cFFTAnalysisArguments& arguments, bool& twoSided, uint64_t& points, double& fs);
@@ -72,8 +75,11 @@ protected:
     // N, oversampling, df and fs from the spectrum's frequency range; false with the message.
     bool computeRealFFTFrequencyVectorDefineInterval(double fmin, double fmax, uint64_t count, bool twoSided,
                                                      uint64_t& points, double& df, double& fs);
-    bool createTimeVariableRealFFT(cFFTAnalysisArguments& arguments, uint64_t points, double fs);
-    bool createTimeVariableComplexFFT(cFFTAnalysisArguments& arguments, uint64_t points, double fs);
+    // The time curve of the inverse transform: complex values from a two-sided spectrum, else real ones.
+    // The same from the frequency range of the spectrum curve.
+    bool defineFrequencyGrid(const cPostProcessCurveDescription& curve, bool twoSided, uint64_t& points, double& df,
+                             double& fs);
+    bool createTimeVariable(cFFTAnalysisArguments& arguments, uint64_t points, double fs, bool twoSided);
 
     cFFTAnalysisOptions& mOptions;
     cCurvePlotDataSection& mSection;

@@ -33,8 +33,7 @@ bool cFFTAnalysis::computeFFTAndAddCurveFreqToTime(cFFTAnalysisArguments& argume
     double fs = 0;
     if (!computeFFTFrequencyVector(arguments, twoSided, points, fs))
         return false;
-    return twoSided ? createTimeVariableComplexFFT(arguments, points, fs)
-                    : createTimeVariableRealFFT(arguments, points, fs);
+    return createTimeVariable(arguments, points, fs, twoSided);
 }
 
 bool cFFTAnalysis::computeFFTFrequencyVector(cFFTAnalysisArguments& arguments, bool& twoSided, uint64_t& points,
@@ -101,7 +100,12 @@ bool cFFTAnalysis::computeRealFFTFrequencyVectorDefineInterval(double fmin, doub
         return false;
     }
     points = static_cast<uint64_t>(n * oversampling);
-    return df > 0 && std::isfinite(df);
+    if (!(df > 0) || !std::isfinite(df)) {
+        // A frequency range so wide that its step overflows.
+        mError = "The curve data could not be processed by the FFT.";
+        return false;
+    }
+    return true;
 }
 
 namespace {
@@ -155,14 +159,21 @@ bool resampleSpectrum(const cPostProcessCurveDescription& curve, int type, doubl
 
 }  // namespace
 
-bool cFFTAnalysis::computeRealFFTFrequencyVector(const cPostProcessCurveDescription& curve, uint64_t& points,
-                                                 double& fs)
+bool cFFTAnalysis::defineFrequencyGrid(const cPostProcessCurveDescription& curve, bool twoSided, uint64_t& points,
+                                       double& df, double& fs)
 {
-    double fmin = 0, fmax = 0, df = 0;
+    double fmin = 0, fmax = 0;
     uint64_t count = 0;
     std::string message;
     cFFTAnalysisCommon::findXRange(curve, fmin, fmax, count, message);
-    if (!computeRealFFTFrequencyVectorDefineInterval(fmin, fmax, count, false, points, df, fs))
+    return computeRealFFTFrequencyVectorDefineInterval(fmin, fmax, count, twoSided, points, df, fs);
+}
+
+bool cFFTAnalysis::computeRealFFTFrequencyVector(const cPostProcessCurveDescription& curve, uint64_t& points,
+                                                 double& fs)
+{
+    double df = 0;
+    if (!defineFrequencyGrid(curve, false, points, df, fs))
         return false;
     mFrequencyVector.assign(points / 2 + 1, tComplex(0.0));
     if (!resampleSpectrum(curve, mOptions.getFrequencyResamplingType(), 0.0, df, mFrequencyVector)) {
@@ -175,11 +186,8 @@ bool cFFTAnalysis::computeRealFFTFrequencyVector(const cPostProcessCurveDescript
 bool cFFTAnalysis::computeComplexFFTFrequencyVector(const cPostProcessCurveDescription& curve, uint64_t& points,
                                                     double& fs)
 {
-    double fmin = 0, fmax = 0, df = 0;
-    uint64_t count = 0;
-    std::string message;
-    cFFTAnalysisCommon::findXRange(curve, fmin, fmax, count, message);
-    if (!computeRealFFTFrequencyVectorDefineInterval(fmin, fmax, count, true, points, df, fs))
+    double df = 0;
+    if (!defineFrequencyGrid(curve, true, points, df, fs))
         return false;
     // Rising frequencies from -(points/2) * df, then back into transform order.
     std::vector<tComplex> rising(points, tComplex(0.0));
@@ -192,56 +200,40 @@ bool cFFTAnalysis::computeComplexFFTFrequencyVector(const cPostProcessCurveDescr
     return true;
 }
 
-bool cFFTAnalysis::createTimeVariableRealFFT(cFFTAnalysisArguments& arguments, uint64_t points, double fs)
+bool cFFTAnalysis::createTimeVariable(cFFTAnalysisArguments& arguments, uint64_t points, double fs, bool twoSided)
 {
     const cPostProcessCurveDescription& input = arguments.getFirstArgumentCurve();
     const std::string name = input.getName(), fullName = "iFFT(" + arguments.getCompleteFirstArgumentName() + ")";
     const bool close = mOptions.getCompleteTimeDomainCurve();
     const uint64_t count = points + (close ? 1 : 0);
-    if (!arguments.createResultVariableIfNecessary(mStore, resultName("iFFT(" + name + ")"),
-                                                   curvePlotProperties::parameterized_double,
+    const auto properties =
+        twoSided ? curvePlotProperties::parameterized_double_complex : curvePlotProperties::parameterized_double;
+    if (!arguments.createResultVariableIfNecessary(mStore, resultName("iFFT(" + name + ")"), properties,
                                                    curvePlotDataType::second, cFFTAnalysisCommon::unitOf(input)))
         return fail(arguments, "Inverse FFT failed.");
     cPostProcessCurveDescription result = arguments.getResultCurve();
     double* x = nullptr;
     void* y = nullptr;
-    if (!prepareResultStorage(result, count, false, x, y))
+    if (!prepareResultStorage(result, count, twoSided, x, y))
         return fail(arguments, "Inverse FFT failed.");
-    auto* values = static_cast<double*>(y);
-    if (!mFFT.realInverseFFT(mFrequencyVector.data(), points, values))
+    // The same scaling and closing point for real and complex values once the transform has run.
+    auto scaleAndClose = [&](auto* values, bool transformed) {
+        if (!transformed)
+            return false;
+        cFFTInterface::normalize(values, points, points, inverseNormalization(mOptions));
+        if (close)
+            values[points] = values[0];
+        return true;
+    };
+    const bool done =
+        twoSided ? scaleAndClose(static_cast<tComplex*>(y),
+                                 mFFT.inverseFFT(mFrequencyVector.data(), static_cast<tComplex*>(y), points))
+                 : scaleAndClose(static_cast<double*>(y),
+                                 mFFT.realInverseFFT(mFrequencyVector.data(), points, static_cast<double*>(y)));
+    if (!done)
         return fail(arguments, "Inverse FFT failed.");
-    cFFTInterface::normalize(values, points, points, inverseNormalization(mOptions));
     for (uint64_t i = 0; i < count; ++i)
         x[i] = static_cast<double>(i) / fs;
-    if (close)
-        values[points] = values[0];
-    finishResultCurve(result, fullName);
-    return true;
-}
-
-bool cFFTAnalysis::createTimeVariableComplexFFT(cFFTAnalysisArguments& arguments, uint64_t points, double fs)
-{
-    const cPostProcessCurveDescription& input = arguments.getFirstArgumentCurve();
-    const std::string name = input.getName(), fullName = "iFFT(" + arguments.getCompleteFirstArgumentName() + ")";
-    const bool close = mOptions.getCompleteTimeDomainCurve();
-    const uint64_t count = points + (close ? 1 : 0);
-    if (!arguments.createResultVariableIfNecessary(mStore, resultName("iFFT(" + name + ")"),
-                                                   curvePlotProperties::parameterized_double_complex,
-                                                   curvePlotDataType::second, cFFTAnalysisCommon::unitOf(input)))
-        return fail(arguments, "Inverse FFT failed.");
-    cPostProcessCurveDescription result = arguments.getResultCurve();
-    double* x = nullptr;
-    void* y = nullptr;
-    if (!prepareResultStorage(result, count, true, x, y))
-        return fail(arguments, "Inverse FFT failed.");
-    auto* values = static_cast<tComplex*>(y);
-    if (!mFFT.inverseFFT(mFrequencyVector.data(), values, points))
-        return fail(arguments, "Inverse FFT failed.");
-    cFFTInterface::normalize(values, points, points, inverseNormalization(mOptions));
-    for (uint64_t i = 0; i < count; ++i)
-        x[i] = static_cast<double>(i) / fs;
-    if (close)
-        values[points] = values[0];
     finishResultCurve(result, fullName);
     return true;
 }

@@ -120,34 +120,41 @@ double cFFTInterface::normalizationFactor(uint64_t n, unsigned type)
 
 // ---- Input preparation
 
-void cFFTInterface::copyToInputVector(const double* input, uint64_t count, uint64_t n, std::vector<double>& output)
+namespace {
+
+// The first n values of the input, zeros after its end.
+template <class In, class Out>
+void cutOrPad(const In* input, uint64_t count, uint64_t n, std::vector<Out>& output)
 {
-    output.assign(n, 0.0);
+    output.assign(n, Out(0.0));
     if (input)
         std::copy(input, input + std::min(count, n), output.begin());
+}
+
+}  // namespace
+
+void cFFTInterface::copyToInputVector(const double* input, uint64_t count, uint64_t n, std::vector<double>& output)
+{
+    cutOrPad(input, count, n, output);
 }
 
 void cFFTInterface::copyToComplexInputVector(const tComplex* input, uint64_t count, uint64_t n,
                                              std::vector<tComplex>& output)
 {
-    output.assign(n, tComplex(0.0));
-    if (input)
-        std::copy(input, input + std::min(count, n), output.begin());
+    cutOrPad(input, count, n, output);
 }
 
 void cFFTInterface::copyToComplexInputVector(const double* input, uint64_t count, uint64_t n,
                                              std::vector<tComplex>& output)
 {
-    output.assign(n, tComplex(0.0));
-    if (input)
-        std::copy(input, input + std::min(count, n), output.begin());
+    cutOrPad(input, count, n, output);
 }
 
 // ---- Transforms
 
-bool cFFTInterface::FFT(tComplex* data, uint64_t n, unsigned normalize)
+bool cFFTInterface::complexInPlace(plan_kind kind, tComplex* data, uint64_t n, unsigned normalize)
 {
-    cPlan* plan = findPlan(complex_forward, n, data, data);
+    cPlan* plan = findPlan(kind, n, data, data);
     if (!plan)
         return false;
     auto* buffer = reinterpret_cast<fftw_complex*>(data);
@@ -156,15 +163,14 @@ bool cFFTInterface::FFT(tComplex* data, uint64_t n, unsigned normalize)
     return true;
 }
 
+bool cFFTInterface::FFT(tComplex* data, uint64_t n, unsigned normalize)
+{
+    return complexInPlace(complex_forward, data, n, normalize);
+}
+
 bool cFFTInterface::iFFT(tComplex* data, uint64_t n, unsigned normalize)
 {
-    cPlan* plan = findPlan(complex_inverse, n, data, data);
-    if (!plan)
-        return false;
-    auto* buffer = reinterpret_cast<fftw_complex*>(data);
-    fftw_execute_dft(plan->plan, buffer, buffer);
-    cFFTInterface::normalize(data, n, n, normalize);
-    return true;
+    return complexInPlace(complex_inverse, data, n, normalize);
 }
 
 bool cFFTInterface::realFFT(const double* input, uint64_t n, tComplex* output)
@@ -214,24 +220,26 @@ bool cFFTInterface::inverseFFT(const tComplex* input, tComplex* output, uint64_t
 
 // ---- Vector forms
 
-std::vector<cFFTInterface::tComplex> cFFTInterface::FFT(const std::vector<tComplex>& input, uint64_t n,
-                                                        unsigned normalize)
+std::vector<cFFTInterface::tComplex> cFFTInterface::complexCopy(plan_kind kind, const std::vector<tComplex>& input,
+                                                                uint64_t n, unsigned normalize)
 {
     std::vector<tComplex> data;
     copyToComplexInputVector(input.data(), input.size(), n ? n : input.size(), data);
-    if (!FFT(data.data(), data.size(), normalize))
+    if (!complexInPlace(kind, data.data(), data.size(), normalize))
         data.clear();
     return data;
+}
+
+std::vector<cFFTInterface::tComplex> cFFTInterface::FFT(const std::vector<tComplex>& input, uint64_t n,
+                                                        unsigned normalize)
+{
+    return complexCopy(complex_forward, input, n, normalize);
 }
 
 std::vector<cFFTInterface::tComplex> cFFTInterface::iFFT(const std::vector<tComplex>& input, uint64_t n,
                                                          unsigned normalize)
 {
-    std::vector<tComplex> data;
-    copyToComplexInputVector(input.data(), input.size(), n ? n : input.size(), data);
-    if (!iFFT(data.data(), data.size(), normalize))
-        data.clear();
-    return data;
+    return complexCopy(complex_inverse, input, n, normalize);
 }
 
 std::vector<cFFTInterface::tComplex> cFFTInterface::FFT(const std::vector<double>& input, uint64_t n, bool complete,

@@ -102,6 +102,10 @@ private:
 
     // The plan for these buffers, made on first use; null when the library refuses.
     cPlan* findPlan(plan_kind kind, uint64_t n, const void* input, const void* output);
+    // A complex transform of either direction, in place or on a copy cut or padded to n values.
+    bool complexInPlace(plan_kind kind, tComplex* data, uint64_t n, unsigned normalize);
+    std::vector<tComplex> complexCopy(plan_kind kind, const std::vector<tComplex>& input, uint64_t n,
+                                      unsigned normalize);
 
     std::map<tPlanKey, std::unique_ptr<cPlan>> mPlans;
 };

@@ -202,8 +202,7 @@ int runFft(const std::vector<std::string>& arguments, std::ostream& out, std::os
         fft.restrictToInterval(from, to);
 
     cCurvePlotDataFile store;
-    const returnCode code = readFile(store, options.positional[0], options, err);
-    if (code != ok && code != partly_parsed)
+    if (!openFile(store, options, err))
         return 1;
     cPostProcessCurveDescription curve;
     if (!chooseCurve(store, options, options.positional[1], "fft", err, curve))
@@ -244,8 +243,7 @@ int runConvolve(const std::vector<std::string>& arguments, std::ostream& out, st
     if (!readNumber(values, "--fs", "convolve", fs, err))
         return 2;
     cCurvePlotDataFile store;
-    const returnCode code = readFile(store, options.positional[0], options, err);
-    if (code != ok && code != partly_parsed)
+    if (!openFile(store, options, err))
         return 1;
     cPostProcessCurveDescription a, b;
     if (!chooseCurve(store, options, options.positional[1], "convolve", err, a) ||

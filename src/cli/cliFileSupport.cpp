@@ -150,11 +150,16 @@ bool loadValues(cCurvePlotDataSection& section, const cCurvePlotVariable& curve,
     return true;
 }
 
+bool openFile(cCurvePlotDataFile& store, const cFileOptions& options, std::ostream& err)
+{
+    const returnCode code = readFile(store, options.positional[0], options, err);
+    return code == ok || code == partly_parsed;
+}
+
 bool openCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,
                std::ostream& err, cCurveChoice& choice)
 {
-    const returnCode code = readFile(store, options.positional[0], options, err);
-    if (code != ok && code != partly_parsed)
+    if (!openFile(store, options, err))
         return false;
     return findCurve(store, options, options.positional[1], subcommand, err, choice);
 }

@@ -47,6 +47,9 @@ bool findCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std
 bool loadValues(cCurvePlotDataSection& section, const cCurvePlotVariable& curve, uint64_t index, bool isSweep,
                 const std::string& subcommand, std::ostream& err, bool* loaded = nullptr);
 
+// Reads the file named by the first positional argument; true when its curves can be used (also
+// when only part of it could be read, its messages on err).
+bool openFile(cCurvePlotDataFile& store, const cFileOptions& options, std::ostream& err);
 // Reads the file named by the first positional argument and finds the curve named by the
 // second; false with a message on err.
 bool openCurve(cCurvePlotDataFile& store, const cFileOptions& options, const std::string& subcommand,

@@ -116,8 +116,7 @@ int runDump(const std::vector<std::string>& arguments, std::ostream& out, std::o
         return 2;
     }
     cCurvePlotDataFile store;
-    const returnCode code = readFile(store, options.positional[0], options, err);
-    if (code != ok && code != partly_parsed)
+    if (!openFile(store, options, err))
         return 1;
     const std::vector<cCurvePlotDataSection*> sections = sectionsOf(store);
     if (sectionIndex >= sections.size()) {

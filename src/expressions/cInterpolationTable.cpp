@@ -40,10 +40,17 @@ bool checkRising(const std::vector<double>& values)
     return true;
 }
 
+// Highest power first. Leading zeros are passed over and the sum starts at the first nonzero
+// coefficient, so that an infinite x never multiplies a zero (NaN).
 double horner(const double* coefficients, size_t count, double x)
 {
-    double value = 0;
-    for (size_t i = 0; i < count; ++i)
+    size_t first = 0;
+    while (first < count && coefficients[first] == 0)
+        ++first;
+    if (first == count)
+        return 0;
+    double value = coefficients[first];
+    for (size_t i = first + 1; i < count; ++i)
         value = value * x + coefficients[i];
     return value;
 }
@@ -165,9 +172,13 @@ size_t cInterpolationTable::findPiece(double x) const
 
 double cInterpolationTable::evaluatePolynomialThroughPoints(double x) const
 {
-    const size_t n = mX.size();
-    double value = mY[n - 1];
-    for (size_t i = n - 1; i-- > 0;)
+    // Newton's form from its highest nonzero divided difference: as in horner, no zero times an
+    // infinite x.
+    size_t top = mX.size() - 1;
+    while (top > 0 && mY[top] == 0)
+        --top;
+    double value = mY[top];
+    for (size_t i = top; i-- > 0;)
         value = value * (x - mX[i]) + mY[i];
     return value;
 }

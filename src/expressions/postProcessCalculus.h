@@ -3,7 +3,9 @@
 // otherwise. Sums run in extended precision.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 #include "expressions/cPostProcessCurveDescriptionUser.h"
@@ -104,19 +106,18 @@ bool computeIntegralCurveTrapez(const cCurveSamples<X, Y>& s, std::vector<double
     return true;
 }
 
-// The samples in [x1, x2], with interpolated end points at x1 and x2 where they fall between
-// samples. NaN stands for the curve's end on its side. False when the interval misses the curve
-// or the x-axis isn't monotone.
-template <class X, class Y>
-bool reduceWaveformToInterval(const cCurveSamples<X, Y>& s, double x1, double x2, std::vector<double>& xs,
-                              std::vector<double>& ys)
+// fn(x, y) for each point of [x1, x2] in rising x: an interpolated point at a bound that falls
+// between samples, the samples inside. False (and no call) for an empty or non-monotone curve,
+// or an interval that misses it.
+template <class X, class Y, class Fn>
+bool walkSamplesInInterval(const cCurveSamples<X, Y>& s, double x1, double x2, Fn&& fn)
 {
-    xs.clear();
-    ys.clear();
+    static_assert(!kIsComplex<Y>, "measurements read real curves");
     const uint64_t n = s.count;
     if (!n || !s.monotone)
         return false;
-    const double first = static_cast<double>(s.x[0]), last = static_cast<double>(s.x[n - 1]);
+    auto xAt = [&](uint64_t i) { return static_cast<double>(s.x[i]); };
+    const double first = xAt(0), last = xAt(n - 1);
     if (std::isnan(x1))
         x1 = first;
     if (std::isnan(x2))
@@ -127,28 +128,47 @@ bool reduceWaveformToInterval(const cCurveSamples<X, Y>& s, double x1, double x2
         return false;
     x1 = std::max(x1, first);
     x2 = std::min(x2, last);
+    // The first sample at or after x1 (the axis rises).
+    uint64_t lo = 0, hi = n;
+    while (lo < hi) {
+        const uint64_t mid = lo + (hi - lo) / 2;
+        if (xAt(mid) < x1)
+            lo = mid + 1;
+        else
+            hi = mid;
+    }
     auto interpolated = [&](uint64_t i, double x) {
-        // x lies between samples i - 1 and i.
-        const long double xa = static_cast<double>(s.x[i - 1]), xb = static_cast<double>(s.x[i]);
+        // x lies strictly between samples i - 1 and i.
+        const long double xa = xAt(i - 1), xb = xAt(i);
         const long double ya = static_cast<long double>(s.y[i - 1]), yb = static_cast<long double>(s.y[i]);
         return static_cast<double>(ya + (yb - ya) * (static_cast<long double>(x) - xa) / (xb - xa));
     };
-    uint64_t i = 0;
-    while (i < n && static_cast<double>(s.x[i]) < x1)
-        ++i;
-    if (static_cast<double>(s.x[i]) > x1) {
-        xs.push_back(x1);
-        ys.push_back(interpolated(i, x1));
+    uint64_t i = lo;
+    double lastX = x1;
+    if (xAt(i) > x1)
+        fn(x1, interpolated(i, x1));
+    for (; i < n && xAt(i) <= x2; ++i) {
+        lastX = xAt(i);
+        fn(lastX, static_cast<double>(s.y[i]));
     }
-    for (; i < n && static_cast<double>(s.x[i]) <= x2; ++i) {
-        xs.push_back(static_cast<double>(s.x[i]));
-        ys.push_back(static_cast<double>(s.y[i]));
-    }
-    if (i < n && xs.back() < x2) {
-        xs.push_back(x2);
-        ys.push_back(interpolated(i, x2));
-    }
+    if (i < n && lastX < x2)
+        fn(x2, interpolated(i, x2));
     return true;
+}
+
+// The samples in [x1, x2], with interpolated end points at x1 and x2 where they fall between
+// samples. NaN stands for the curve's end on its side. False when the interval misses the curve
+// or the x-axis isn't monotone.
+template <class X, class Y>
+bool reduceWaveformToInterval(const cCurveSamples<X, Y>& s, double x1, double x2, std::vector<double>& xs,
+                              std::vector<double>& ys)
+{
+    xs.clear();
+    ys.clear();
+    return walkSamplesInInterval(s, x1, x2, [&](double x, double y) {
+        xs.push_back(x);
+        ys.push_back(y);
+    });
 }
 
 // The trapezoid integral over [x1, x2] (NaN: the curve's end) divided by its length; NaN for an

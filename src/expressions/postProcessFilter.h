@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,16 @@
 #include "expressions/postProcessShaping.h"
 
 namespace vx3::postProcess {
+
+// Both parts finite for a complex value.
+template <class V>
+bool checkIsFiniteValue(const V& value)
+{
+    if constexpr (kIsComplex<V>)
+        return std::isfinite(value.real()) && std::isfinite(value.imag());
+    else
+        return std::isfinite(value);
+}
 
 // Each sample becomes the mean of the samples from i - w to i + w, read from the input, so that
 // no result feeds a later window. The window stays centred: near an end, or near an undefined
@@ -41,8 +52,21 @@ void smoothAverage(const cCurveSamples<X, Y>& s, uint64_t halfWidth, std::vector
             const uint64_t lo = i - h, hi = i + h + 1;
             for (; windowHi < hi; ++windowHi)
                 sum += widen<tValue>(s.y[windowHi]);
-            for (; windowLo < lo; ++windowLo)
-                sum -= widen<tValue>(s.y[windowLo]);
+            // Taking an infinite value back out would leave NaN (inf - inf): then the window is
+            // summed anew.
+            bool resum = false;
+            for (; windowLo < lo; ++windowLo) {
+                const tValue leaving = widen<tValue>(s.y[windowLo]);
+                if (checkIsFiniteValue(leaving))
+                    sum -= leaving;
+                else
+                    resum = true;
+            }
+            if (resum) {
+                sum = tValue(0);
+                for (uint64_t k = lo; k < hi; ++k)
+                    sum += widen<tValue>(s.y[k]);
+            }
             ys[i] = narrow<tStored<Y>>(sum / static_cast<long double>(hi - lo));
         }
         start = end;

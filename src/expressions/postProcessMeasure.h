@@ -15,59 +15,10 @@
 #include <vector>
 
 #include "expressions/cPostProcessCurveDescriptionUser.h"
+#include "expressions/postProcessCalculus.h"
 #include "expressions/postProcessOperators.h"
 
 namespace vx3::postProcess {
-
-// fn(x, y) for each point of [x1, x2] in rising x: an interpolated point at a bound that falls
-// between samples, the samples inside. False (and no call) for an empty or non-monotone curve,
-// or an interval that misses it.
-template <class X, class Y, class Fn>
-bool walkSamplesInInterval(const cCurveSamples<X, Y>& s, double x1, double x2, Fn&& fn)
-{
-    static_assert(!kIsComplex<Y>, "measurements read real curves");
-    const uint64_t n = s.count;
-    if (!n || !s.monotone)
-        return false;
-    auto xAt = [&](uint64_t i) { return static_cast<double>(s.x[i]); };
-    const double first = xAt(0), last = xAt(n - 1);
-    if (std::isnan(x1))
-        x1 = first;
-    if (std::isnan(x2))
-        x2 = last;
-    if (x1 > x2)
-        std::swap(x1, x2);
-    if (x2 < first || x1 > last)
-        return false;
-    x1 = std::max(x1, first);
-    x2 = std::min(x2, last);
-    // The first sample at or after x1 (the axis rises).
-    uint64_t lo = 0, hi = n;
-    while (lo < hi) {
-        const uint64_t mid = lo + (hi - lo) / 2;
-        if (xAt(mid) < x1)
-            lo = mid + 1;
-        else
-            hi = mid;
-    }
-    auto interpolated = [&](uint64_t i, double x) {
-        // x lies strictly between samples i - 1 and i.
-        const long double xa = xAt(i - 1), xb = xAt(i);
-        const long double ya = static_cast<long double>(s.y[i - 1]), yb = static_cast<long double>(s.y[i]);
-        return static_cast<double>(ya + (yb - ya) * (static_cast<long double>(x) - xa) / (xb - xa));
-    };
-    uint64_t i = lo;
-    double lastX = x1;
-    if (xAt(i) > x1)
-        fn(x1, interpolated(i, x1));
-    for (; i < n && xAt(i) <= x2; ++i) {
-        lastX = xAt(i);
-        fn(lastX, static_cast<double>(s.y[i]));
-    }
-    if (i < n && lastX < x2)
-        fn(x2, interpolated(i, x2));
-    return true;
-}
 
 // ---- State levels
 

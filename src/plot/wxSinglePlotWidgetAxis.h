@@ -147,6 +147,11 @@ public:
     static void computeFirstTick(double min, const cDoubleDouble& distance, unsigned subdivisions,
                                  cDoubleDouble& firstValue, int64_t& index, bool& overflow);
     virtual void computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) = 0;
+    // Distance, subdivisions and precision of linear ticks over [min, max] (the view's scale),
+    // with the size of the widest label; the distance and subdivisions are cached per scale.
+    void computeTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double min, double max,
+                            double& distance, int& precision, unsigned& subdivisions, double& textWidth,
+                            double& textHeight);
     // timeStampClass >= 0 labels with clock times and dates; alignment shifts the multiples of
     // the distance on which ticks stand (seconds of a time zone or to a Monday).
     void computeAxesTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,
@@ -173,10 +178,10 @@ protected:
     virtual double computeLabelSpace(double textWidth, double textHeight, double charHeight) const = 0;
     // How far a label reaches along the axis.
     virtual double computeLabelExtent(const wxAxisTextMetricsVirtual& metrics, const std::string& text) const = 0;
-    // Distance, subdivisions and precision for the present view, the first two cached per scale.
-    void computeTicksLinearAll(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double min,
-                               double max, double& distance, int& precision, unsigned& subdivisions,
-                               double& textWidth, double& textHeight, double maxTextWidth);
+    // The widest label text allowed; not positive for no bound.
+    virtual double getMaxLabelTextWidth() const { return -1.0; }
+    // Replaces the ticks by the linear ticks of the present view.
+    void computeAxesTicksLinearView(const wxAxisTextMetricsVirtual& metrics, double pixelHigh);
     bool checkValuesWithinLimits(double min, double max, double range) const;
     void recomputeScaleFromPixels(double pixelLow, double pixelHigh);
     double pixelPositionOf(const cDoubleDouble& value) const;

@@ -212,15 +212,14 @@ void wxSinglePlotWidgetAxis::clearTicks()
     mDeltaReferenceIndex = -1;
 }
 
-void wxSinglePlotWidgetAxis::computeTicksLinearAll(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,
-                                                   double min, double max, double& distance, int& precision,
-                                                   unsigned& subdivisions, double& textWidth,
-                                                   double& textHeight, double maxTextWidth)
+void wxSinglePlotWidgetAxis::computeTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double min,
+                                                double max, double& distance, int& precision,
+                                                unsigned& subdivisions, double& textWidth, double& textHeight)
 {
     double decade = 0.0;
     computeTickDistance(max - min, decade);
     // The labels stand on multiples of this power of ten, so it sets the digits.
-    computeLabelPrecision(metrics, min, max, decade, precision, textWidth, textHeight, maxTextWidth);
+    computeLabelPrecision(metrics, min, max, decade, precision, textWidth, textHeight, getMaxLabelTextWidth());
     // A scroll keeps the scale, and with it the rhythm of the ticks: only the digits may change.
     const double pixels = pixelHigh - mPixelOfMin;
     if (mCacheValid && mCacheScale == mScale && mCachePixels == pixels && mCacheLabelScaleFactor == mLabelScaleFactor) {
@@ -255,6 +254,15 @@ void wxSinglePlotWidgetAxis::computeTicksLinearAll(const wxAxisTextMetricsVirtua
     mCacheTickDistance = distance;
     mCacheSubdivisions = subdivisions;
     mCacheValid = true;
+}
+
+void wxSinglePlotWidgetAxis::computeAxesTicksLinearView(const wxAxisTextMetricsVirtual& metrics, double pixelHigh)
+{
+    double distance = 0.0, textWidth = 0.0, textHeight = 0.0;
+    int precision = 0;
+    unsigned subdivisions = 1;
+    computeTicksLinear(metrics, pixelHigh, mMin, mMax, distance, precision, subdivisions, textWidth, textHeight);
+    computeAxesTicksLinear(metrics, pixelHigh, distance, subdivisions, precision);
 }
 
 void wxSinglePlotWidgetAxis::computeAxesTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,

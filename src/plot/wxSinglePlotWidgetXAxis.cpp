@@ -2,14 +2,6 @@
 
 namespace vx3 {
 
-void wxSinglePlotWidgetXAxis::computeTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,
-                                                 double min, double max, double& distance, int& precision,
-                                                 unsigned& subdivisions, double& textWidth, double& textHeight)
-{
-    computeTicksLinearAll(metrics, pixelHigh, min, max, distance, precision, subdivisions, textWidth,
-                          textHeight, -1.0);
-}
-
 void wxSinglePlotWidgetXAxis::computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh)
 {
     clearTicks();
@@ -21,11 +13,7 @@ void wxSinglePlotWidgetXAxis::computeAxesTicks(const wxAxisTextMetricsVirtual& m
         computeAxesTicksTimeStamp(metrics, pixelHigh);
         return;
     }
-    double distance = 0.0, textWidth = 0.0, textHeight = 0.0;
-    int precision = 0;
-    unsigned subdivisions = 1;
-    computeTicksLinear(metrics, pixelHigh, mMin, mMax, distance, precision, subdivisions, textWidth, textHeight);
-    computeAxesTicksLinear(metrics, pixelHigh, distance, subdivisions, precision);
+    computeAxesTicksLinearView(metrics, pixelHigh);
 }
 
 double wxSinglePlotWidgetXAxis::computeLabelSpace(double textWidth, double textHeight, double charHeight) const

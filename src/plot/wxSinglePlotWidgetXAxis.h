@@ -9,9 +9,6 @@ class wxSinglePlotWidgetXAxis : public wxSinglePlotWidgetAxis {
 public:
     using wxSinglePlotWidgetAxis::wxSinglePlotWidgetAxis;
 
-    void computeTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double min, double max,
-                            double& distance, int& precision, unsigned& subdivisions, double& textWidth,
-                            double& textHeight);
     // Replaces the ticks by those of the present view; pixelHigh is the right end of the axis.
     void computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) override;
 

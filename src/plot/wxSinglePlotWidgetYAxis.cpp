@@ -2,22 +2,10 @@
 
 namespace vx3 {
 
-void wxSinglePlotWidgetYAxis::computeTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,
-                                                 double min, double max, double& distance, int& precision,
-                                                 unsigned& subdivisions, double& textWidth, double& textHeight)
-{
-    computeTicksLinearAll(metrics, pixelHigh, min, max, distance, precision, subdivisions, textWidth,
-                          textHeight, mMaxTextWidth);
-}
-
 void wxSinglePlotWidgetYAxis::computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh)
 {
     clearTicks();
-    double distance = 0.0, textWidth = 0.0, textHeight = 0.0;
-    int precision = 0;
-    unsigned subdivisions = 1;
-    computeTicksLinear(metrics, pixelHigh, mMin, mMax, distance, precision, subdivisions, textWidth, textHeight);
-    computeAxesTicksLinear(metrics, pixelHigh, distance, subdivisions, precision);
+    computeAxesTicksLinearView(metrics, pixelHigh);
 }
 
 double wxSinglePlotWidgetYAxis::computeLabelSpace(double textWidth, double textHeight, double charHeight) const

@@ -9,9 +9,6 @@ class wxSinglePlotWidgetYAxis : public wxSinglePlotWidgetAxis {
 public:
     using wxSinglePlotWidgetAxis::wxSinglePlotWidgetAxis;
 
-    void computeTicksLinear(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double min, double max,
-                            double& distance, int& precision, unsigned& subdivisions, double& textWidth,
-                            double& textHeight);
     // pixelHigh is the top end of the axis (pixels grow upwards until the draw context flips them).
     void computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) override;
     // Vertical axes are never logarithmic.
@@ -20,6 +17,7 @@ public:
     void setMaxTextWidth(double width) { mMaxTextWidth = width; }
 
 protected:
+    double getMaxLabelTextWidth() const override { return mMaxTextWidth; }
     double computeLabelSpace(double textWidth, double textHeight, double charHeight) const override;
     double computeLabelExtent(const wxAxisTextMetricsVirtual& metrics, const std::string& text) const override;
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "../base/testSupport.h"
+#include "expressions/cPostProcessCurveDescription.h"
 #include "model/cCurvePlotDataFile.h"
 #include "model/cCurvePlotDataSection.h"
 
@@ -70,6 +71,29 @@ inline uint64_t addCurve(vx3::cCurvePlotDataFile& store, vx3::cCurvePlotDataSect
         store.addType(name, curvePlotProperties::parameterized_double_complex, curvePlotDataType::volt), name);
     section.getVariable(index).setParameterizedDoubleComplexValues(x.data(), y.data(), x.size());
     return index;
+}
+
+// The x values of a curve and its y values as complex numbers (real ones with no imaginary part).
+struct cCurveValues {
+    std::vector<double> x;
+    std::vector<std::complex<double>> y;
+};
+
+// A test failure when the curve has no values or no x of its own.
+inline cCurveValues readCurve(const vx3::cPostProcessCurveDescription& curve)
+{
+    cCurveValues values;
+    vx3::curvePlotFunctionArgs::cDataVectors vectors;
+    std::string message;
+    EXPECT_TRUE(curve.computeDataVectors(vectors, message)) << message;
+    EXPECT_TRUE(vectors.xDouble) << curve.getName() << " has no x values";
+    if (!vectors.xDouble)
+        return values;
+    values.x.assign(vectors.xDouble, vectors.xDouble + vectors.count);
+    values.y.resize(vectors.count);
+    for (uint64_t i = 0; i < vectors.count; ++i)
+        values.y[i] = vectors.yDoubleComplex ? vectors.yDoubleComplex[i] : std::complex<double>(vectors.yDouble[i], 0.0);
+    return values;
 }
 
 // Both vectors alike within tolerance * (1 + |expected|) at every index.

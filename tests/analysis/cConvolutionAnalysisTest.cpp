@@ -8,32 +8,11 @@
 
 using namespace vx3;
 using zwanalysis::addCurve;
+using zwanalysis::cCurveValues;
 using zwanalysis::expectClose;
-
-namespace {
+using zwanalysis::readCurve;
 
 using tComplex = std::complex<double>;
-
-struct cCurveValues {
-    std::vector<double> x;
-    std::vector<tComplex> y;
-};
-
-cCurveValues readCurve(const cPostProcessCurveDescription& curve)
-{
-    cCurveValues values;
-    curvePlotFunctionArgs::cDataVectors vectors;
-    std::string message;
-    EXPECT_TRUE(curve.computeDataVectors(vectors, message)) << message;
-    if (!vectors.xDouble)
-        return values;
-    values.x.assign(vectors.xDouble, vectors.xDouble + vectors.count);
-    for (uint64_t i = 0; i < vectors.count; ++i)
-        values.y.push_back(vectors.yDoubleComplex ? vectors.yDoubleComplex[i] : tComplex(vectors.yDouble[i], 0.0));
-    return values;
-}
-
-}  // namespace
 
 TEST(ConvolutionAnalysis, AgainstNumpy)
 {

@@ -11,23 +11,11 @@
 using namespace vx3;
 using zwanalysis::addCurve;
 using zwanalysis::expectClose;
+using zwanalysis::readCurve;
 
 namespace {
 
 using tComplex = std::complex<double>;
-
-// The x and y of a result curve.
-void readCurve(const cPostProcessCurveDescription& curve, std::vector<double>& x, std::vector<tComplex>& y)
-{
-    curvePlotFunctionArgs::cDataVectors vectors;
-    std::string message;
-    ASSERT_TRUE(curve.computeDataVectors(vectors, message)) << message;
-    ASSERT_TRUE(vectors.xDouble);
-    x.assign(vectors.xDouble, vectors.xDouble + vectors.count);
-    y.resize(vectors.count);
-    for (uint64_t i = 0; i < vectors.count; ++i)
-        y[i] = vectors.yDoubleComplex ? vectors.yDoubleComplex[i] : tComplex(vectors.yDouble[i], 0.0);
-}
 
 std::string fullNameOf(const cPostProcessCurveDescription& curve)
 {
@@ -72,9 +60,7 @@ TEST(FFTAnalysis, SpectraAgainstNumpy)
         cFFTAnalysisArguments arguments;
         arguments.setFirstArgumentCurve(cPostProcessCurveDescription(&section, index));
         ASSERT_TRUE(analysis.computeFFTAndAddCurve(arguments)) << "case " << c << ": " << analysis.getErrorString();
-        std::vector<double> fx;
-        std::vector<tComplex> fy;
-        readCurve(arguments.getResultCurve(), fx, fy);
+        auto [fx, fy] = readCurve(arguments.getResultCurve());
         const std::string name = "spectrum_" + std::to_string(c);
         const std::vector<tComplex> expected = oracle.readComplex(name + "_re", name + "_im");
         // Rounding grows with the sum over N samples of values near 1.
@@ -103,15 +89,11 @@ TEST(FFTAnalysis, SpectraAgainstNumpy)
     cFFTAnalysisArguments arguments;
     arguments.setFirstArgumentCurve(cPostProcessCurveDescription(&section, complexIndex));
     ASSERT_TRUE(analysis.computeFFTAndAddCurve(arguments)) << analysis.getErrorString();
-    std::vector<double> fx;
-    std::vector<tComplex> fy;
-    readCurve(arguments.getResultCurve(), fx, fy);
+    auto [fx, fy] = readCurve(arguments.getResultCurve());
     expectClose(fx, oracle.read("complex_spectrum_x"), 1e-12, "two-sided frequencies");
     expectClose(fy, oracle.readComplex("complex_spectrum_re", "complex_spectrum_im"), 1e-11, "two-sided spectrum");
     ASSERT_EQ(arguments.getFirstResampledCurve().getName(), "Resampled(iq)");
-    std::vector<double> rx;
-    std::vector<tComplex> ry;
-    readCurve(arguments.getFirstResampledCurve(), rx, ry);
+    auto [rx, ry] = readCurve(arguments.getFirstResampledCurve());
     ASSERT_EQ(rx.size(), 64u);
     EXPECT_NEAR(rx[1], 1.0 / options.getSamplingFrequency(), 1e-20);
 }
@@ -154,9 +136,7 @@ TEST(FFTAnalysis, InverseAgainstNumpy)
         ASSERT_TRUE(analysis.computeFFTAndAddCurve(arguments)) << c.expectedRe << ": " << analysis.getErrorString();
         // Oversampling refines the bins; the time step stays.
         EXPECT_DOUBLE_EQ(options.getSamplingFrequency(), 2560.0) << c.expectedRe;
-        std::vector<double> tx;
-        std::vector<tComplex> ty;
-        readCurve(arguments.getResultCurve(), tx, ty);
+        auto [tx, ty] = readCurve(arguments.getResultCurve());
         const std::vector<double> re = oracle.read(c.expectedRe);
         std::vector<tComplex> expected(re.begin(), re.end());
         if (c.expectedIm)
@@ -189,9 +169,7 @@ TEST(FFTAnalysis, InverseAgainstNumpy)
     cFFTAnalysisArguments second;
     second.setFirstArgumentCurve(first.getResultCurve());
     ASSERT_TRUE(back.computeFFTAndAddCurve(second)) << back.getErrorString();
-    std::vector<double> bx;
-    std::vector<tComplex> by;
-    readCurve(second.getResultCurve(), bx, by);
+    auto [bx, by] = readCurve(second.getResultCurve());
     ASSERT_EQ(by.size(), 129u);
     for (size_t i = 0; i < 128; ++i)
         ASSERT_NEAR(by[i].real(), samples[i], 1e-12) << i;
@@ -274,6 +252,13 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     options.setNumberOfPoints(0);
     EXPECT_FALSE(run(options, index, error));
     EXPECT_EQ(error, "The FFT number of points and FFT sampling frequency are 0.0.");
+    // An interval so short that its sampling frequency overflows fails with a message.
+    const uint64_t brief = addCurve(store, section, "brief", std::vector<double>{0.0, 5e-311, 1e-310},
+                                    std::vector<double>{1.0, 0.5, 0.25});
+    options.setDefaults();
+    options.setNumberOfPoints(4);
+    EXPECT_FALSE(run(options, brief, error));
+    EXPECT_EQ(error, "The curve data could not be processed by the FFT.");
 
     const std::vector<double> dc = {0.0};
     const std::vector<tComplex> dcValue = {tComplex(1.0, 0.0)};
@@ -288,6 +273,14 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     options.setSamplingFrequency(100.0);
     EXPECT_FALSE(run(options, flat, error));
     EXPECT_EQ(error, "The number of FFT points is 0.");
+    // A spectrum so wide that its frequency step overflows fails with a message.
+    const uint64_t wide = addCurve(store, section, "wide", std::vector<double>{0.0, 1e307, 1.7e308},
+                                   std::vector<tComplex>{tComplex(1.0), tComplex(0.5), tComplex(0.25)});
+    options.setDefaults();
+    options.setFrequencyToTime(true);
+    options.setNumberOfPoints(4);
+    EXPECT_FALSE(run(options, wide, error));
+    EXPECT_EQ(error, "The curve data could not be processed by the FFT.");
 
     // A gap in the curve reads as 0: the spectrum stays defined.
     std::vector<double> gapped = y;
@@ -295,9 +288,7 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     const uint64_t gap = addCurve(store, section, "gap", x, gapped);
     options.setDefaults();
     ASSERT_TRUE(run(options, gap, error)) << error;
-    std::vector<double> gx;
-    std::vector<tComplex> gy;
-    readCurve(cPostProcessCurveDescription(&section, section.getNbOfVariables() - 1), gx, gy);
+    auto [gx, gy] = readCurve(cPostProcessCurveDescription(&section, section.getNbOfVariables() - 1));
     EXPECT_TRUE(std::all_of(gy.begin(), gy.end(), [](tComplex v) { return std::isfinite(std::abs(v)); }));
 
     // A curve that isn't there, and one whose x-axis goes back and forth.
@@ -318,9 +309,7 @@ TEST(FFTAnalysis, FailuresLeaveNoCurve)
     const uint64_t ac = addCurve(store, section, "ac", std::vector<double>{0, 10, 20},
                                  std::vector<tComplex>{1.0, 2.0, 3.0});
     ASSERT_TRUE(run(options, ac, error)) << error;
-    std::vector<double> tx;
-    std::vector<tComplex> ty;
-    readCurve(cPostProcessCurveDescription(&section, section.getNbOfVariables() - 1), tx, ty);
+    auto [tx, ty] = readCurve(cPostProcessCurveDescription(&section, section.getNbOfVariables() - 1));
     ASSERT_EQ(ty.size(), 1024u);
     EXPECT_EQ(*std::max_element(ty.begin(), ty.end(), [](auto a, auto b) { return std::abs(a) < std::abs(b); }), 0.0);
 }

@@ -15,6 +15,9 @@ import unittest
 
 import numpy as np
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, "cli"))
+from cli_raw_test import read_binary  # noqa: E402  (the raw file's rows, read by numpy)
+
 CLI = None
 NGSPICE = shutil.which("ngspice")
 
@@ -50,17 +53,7 @@ def table(text):
 
 def read_raw(path):
     """The first plot of a binary raw file: {name: values}, real or complex."""
-    data = open(path, "rb").read()
-    start = data.index(b"Binary:\n") + len(b"Binary:\n")
-    header = data[:start].decode()
-    count = int(re.search(r"No\. Variables:\s*(\d+)", header).group(1))
-    points = int(re.search(r"No\. Points:\s*(\d+)", header).group(1))
-    complex_ = "complex" in re.search(r"Flags:(.*)", header).group(1)
-    names = re.findall(r"^\s+\d+\s+(\S+)\s+\S+", header.split("\nVariables:")[1], re.M)[:count]
-    width = count * (16 if complex_ else 8)
-    rows = np.frombuffer(data[start:start + points * width], dtype="<f8").reshape(points, -1)
-    if complex_:
-        rows = rows[:, 0::2] + 1j * rows[:, 1::2]
+    header, names, rows = read_binary(path)[0]
     return {name: rows[:, i] for i, name in enumerate(names)}
 
 

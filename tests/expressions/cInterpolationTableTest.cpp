@@ -97,6 +97,17 @@ TEST(InterpolationTable, SmallTablesAndBadInput)
     // Three points on a parabola give the parabola.
     const auto parabola = prepared(kind::extrapolate_poly, {-1, 0, 2}, {1, 0, 4});
     EXPECT_DOUBLE_EQ(parabola.evaluate(5), 25);
+    // At an infinite x a polynomial is its leading term's limit: no zero coefficient times
+    // infinity on the way (NaN), also when the leading coefficients are zero.
+    const double inf = INFINITY;
+    EXPECT_EQ(prepared(kind::poly, {2}, {}).evaluate(inf), 2);
+    EXPECT_EQ(prepared(kind::poly, {0}, {}).evaluate(-inf), 0);
+    EXPECT_EQ(prepared(kind::poly, {1, 2}, {}).evaluate(-inf), -inf);
+    EXPECT_EQ(prepared(kind::poly, {0, -1, 2}, {}).evaluate(inf), -inf);
+    EXPECT_EQ(poly.evaluate(-inf), inf);
+    EXPECT_EQ(prepared(kind::piecewise_poly, {0, 1}, {3}).evaluate(inf), 3);
+    EXPECT_EQ(prepared(kind::extrapolate_poly, {0, 1, 2}, {0, 1, 2}).evaluate(inf), inf);
+    EXPECT_EQ(parabola.evaluate(-inf), inf);
 
     struct cBad {
         kind type;

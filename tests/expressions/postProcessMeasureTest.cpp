@@ -265,6 +265,21 @@ TEST(CurveMeasure, Corners)
     ASSERT_EQ(wide.size(), shrunk.size());
     for (size_t i = 0; i < shrunk.size(); ++i)
         EXPECT_NEAR(wide[i], shrunk[i], 1e-15) << i;
+    // An infinite sample makes the windows that hold it infinite, and only those.
+    const std::vector<double> px = {0, 1, 2, 3, 4, 5, 6, 7}, py = {1, INFINITY, 1, 1, 1, 1, -INFINITY, 1};
+    std::vector<double> spike;
+    smoothAverage(makeCurveSamples(px.data(), py.data(), px.size()), 1, spike);
+    const std::vector<double> spikeWanted = {1, INFINITY, INFINITY, 1, 1, -INFINITY, -INFINITY, 1};
+    ASSERT_EQ(spike.size(), spikeWanted.size());
+    for (size_t i = 0; i < spike.size(); ++i)
+        EXPECT_EQ(spike[i], spikeWanted[i]) << i;
+    const std::vector<std::complex<double>> pz = {{1, 1}, {1, INFINITY}, {1, 1}, {1, 1}, {1, 1}};
+    std::vector<std::complex<double>> complexSpike;
+    smoothAverage(makeCurveSamples(px.data(), pz.data(), pz.size()), 1, complexSpike);
+    ASSERT_EQ(complexSpike.size(), 5u);
+    EXPECT_TRUE(std::isinf(complexSpike[2].imag()));
+    EXPECT_EQ(complexSpike[3], std::complex<double>(1, 1));
+    EXPECT_EQ(complexSpike[4], std::complex<double>(1, 1));
 }
 
 TEST(CurveMeasure, CurvesOfTheStore)

@@ -13,6 +13,7 @@
 #include "readers/scan/cBusErrorGuard.h"
 #include "readers/scan/cVxMemoryFile.h"
 #include "readers/vcd/cCurveParserVcd.h"
+#include "vcdTestSupport.h"
 
 extern char** environ;
 
@@ -131,9 +132,7 @@ TEST(MappedFileCut, DumpCutWhileItIsParsedFailsAndTheStoreIsKept)
     const std::string kept = dir.write("kept.csv", "time,v\n0,1\n1,2\n2,3\n");
     std::string text = "$timescale 1ns $end\n$scope module top $end\n$var wire 1 ! a $end\n"
                        "$var wire 8 \" bus [7:0] $end\n$upscope $end\n$enddefinitions $end\n";
-    for (unsigned step = 0; text.size() < (4u << 20); ++step)
-        text += "#" + std::to_string(step * 10) + "\n" + (step % 2 ? "1!\n" : "0!\n") + "b" +
-                std::to_string(step % 2) + "1 \"\n";
+    appendVcdChanges(text, (4u << 20));
     const std::string dump = dir.write("cut.vcd", text);
 
     cReading reading;
@@ -229,19 +228,13 @@ TEST(MappedFileCut, DumpCurveLoadFailsWhenEvenTheDeclarationsAreCut)
         text += "$var wire 1 w" + std::to_string(k) + " spare" + std::to_string(k) + " $end\n";
     text += "$upscope $end\n$enddefinitions $end\n";
     ASSERT_GT(text.size(), 3u * ::sysconf(_SC_PAGESIZE));
-    for (unsigned step = 0; text.size() < (1u << 20); ++step)
-        text += "#" + std::to_string(step * 10) + "\n" + (step % 2 ? "1!\n" : "0!\n") + "b" +
-                std::to_string(step % 2) + "1 \"\n";
+    appendVcdChanges(text, (1u << 20));
     const std::string file = dir.write("cut.vcd", text);
     cCurvePlotDataFile store;
     cCurvePlotParser options;
     cRecordingLogger messages;
     options.logger().setLoggerCallBack(&messages);
-    {
-        cCurveParserVcd reader(store, options);
-        reader.setMinimumSizeForDbAccess(1);
-        ASSERT_EQ(reader.parseFile(file), ok);
-    }
+    ASSERT_NO_FATAL_FAILURE(parseVcdKeepingValuesInFile(store, options, file));
     cCurvePlotDataSection& section = *store.getDataSectionFromIndex(0);
     const uint64_t a = section.findVariableIndex("top.a"), bus = section.findVariableIndex("top.bus[7:0]");
     ASSERT_EQ(section.getVariable(a).loadDataFromDb(options.logger(), &section, a), ok);

@@ -10,6 +10,7 @@
 #include "readerTestSupport.h"
 #include "readers/scan/cBusErrorGuard.h"
 #include "readers/vcd/cCurveParserVcd.h"
+#include "vcdTestSupport.h"
 
 using namespace vx3;
 using namespace zwreaders;
@@ -410,20 +411,14 @@ TEST(VcdReader, ValuesLeftInAFileThatIsCutFailToLoadWithoutACrash)
     // A dump whose curves stay in the file; after one load the file is cut under its mapping,
     // and the next load meets the missing pages.
     std::string text = std::string(kHeader);
-    for (unsigned step = 0; text.size() < (6u << 20); ++step)
-        text += "#" + std::to_string(step * 10) + "\n" + (step % 2 ? "1!\n" : "0!\n") + "b" +
-                std::to_string(step % 2) + "1 \"\n";
+    appendVcdChanges(text, (6u << 20));
     cTempDir dir;
     const std::string file = dir.write("cut.vcd", text);
     cCurvePlotDataFile store;
     cCurvePlotParser options;
     cRecordingLogger messages;
     options.logger().setLoggerCallBack(&messages);
-    {
-        cCurveParserVcd reader(store, options);
-        reader.setMinimumSizeForDbAccess(1);
-        ASSERT_EQ(reader.parseFile(file), ok);
-    }
+    ASSERT_NO_FATAL_FAILURE(parseVcdKeepingValuesInFile(store, options, file));
     cCurvePlotDataSection& section = *store.getDataSectionFromIndex(0);
     cCurvePlotVariable& a = section.getVariable(section.findVariableIndex("top.a"));
     cCurvePlotVariable& bus = section.getVariable(section.findVariableIndex("top.bus[7:0]"));
@@ -446,11 +441,7 @@ TEST(VcdReader, AReloadWithValuesLeftInTheFileBringsBackTheCurvesInUse)
     const std::string file = dir.write("lazy.vcd", std::string(kHeader) + "#0\n1!\nb1 \"\n#5\n0!\n");
     cCurvePlotDataFile store;
     cCurvePlotParser options;
-    {
-        cCurveParserVcd reader(store, options);
-        reader.setMinimumSizeForDbAccess(1);
-        ASSERT_EQ(reader.parseFile(file), ok);
-    }
+    ASSERT_NO_FATAL_FAILURE(parseVcdKeepingValuesInFile(store, options, file));
     cCurvePlotDataSection& section = *store.getDataSectionFromIndex(0);
     const uint64_t busIndex = section.findVariableIndex("top.bus[7:0]");
     cCurvePlotVariable& bus = section.getVariable(busIndex);

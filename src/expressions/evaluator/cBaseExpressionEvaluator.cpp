@@ -306,12 +306,12 @@ op_type cBaseExpressionEvaluator<T>::computeCondition(T& node)
 }
 
 template <class T>
-op_type cBaseExpressionEvaluator<T>::computeAssign(T& node)
+bool cBaseExpressionEvaluator<T>::expandAssign(T& node)
 {
     const op_type kind = node.getOperator();
     if (node.childSize() != 2) {
         this->errorMsg("The expression is malformed.");
-        return op_failed;
+        return false;
     }
     if (kind != op_assign) {
         // "a += b" is "a = a + b".
@@ -323,6 +323,14 @@ op_type cBaseExpressionEvaluator<T>::computeAssign(T& node)
         T rhs(op, node.operands()[0], std::move(node.operands()[1]));
         node = T(op_assign, std::move(lhs), std::move(rhs));
     }
+    return true;
+}
+
+template <class T>
+op_type cBaseExpressionEvaluator<T>::computeAssign(T& node)
+{
+    if (!expandAssign(node))
+        return op_failed;
     T& lhs = node.operands()[0];
     const op_type lhsKind = lhs.getOperator();
     if (lhsKind == op_user_function) {

@@ -142,17 +142,36 @@ public:
     op_type computeBitOfNumber(T& node);
     op_type computeSize(T& node);
     op_type computeSimplify(T& node);
-    // random_seed, random_number and the distributions (cBaseExpressionEvaluatorRandom.cpp).
+    // random_seed, random_number and the distributions (cBaseExpressionEvaluatorRandomImpl.h).
     op_type computeRandomFunction(T& node);
     // A draw of the distribution node (normal_distribution or uniform_distribution with numbers).
     bool drawRandomNumber(const T& distribution, double& value);
-    // poly, piecewise_poly and the interpolations: the table of all arguments but the last.
+    // poly, piecewise_poly and the inter- and extrapolations: functions of a table made of all
+    // arguments but the last, read at the last.
+    static bool checkIsTableFunction(op_type op)
+    {
+        switch (op) {
+        case baseExpression::op_function_poly:
+        case baseExpression::op_function_piecewise_poly:
+        case baseExpression::op_function_interpolate_poly:
+        case baseExpression::op_function_interpolate_linear:
+        case baseExpression::op_function_interpolate_spline:
+        case baseExpression::op_function_extrapolate_poly:
+        case baseExpression::op_function_extrapolate_linear:
+        case baseExpression::op_function_extrapolate_spline: return true;
+        default: return false;
+        }
+    }
+    // The table of all arguments but the last of such a function.
     const cInterpolationTable* elaborate(T& node, op_type& status);
     op_type computeElaboration(T& node);
     // Fills node with a from a to b in steps of step; false (reported) past the maximum size.
     op_type defineVectorRange(T& node, double from, double step, double to);
 
 protected:
+    // A compound assignment "a op= b" rewritten as "a = a op b"; false (reported) for a node
+    // without its two operands.
+    bool expandAssign(T& node);
     void resetRecursion() { mDepth = 0; mTooDeepReported = false; }
     // Counts a level of nesting; false, once reported, when too deep.
     bool enterLevel();

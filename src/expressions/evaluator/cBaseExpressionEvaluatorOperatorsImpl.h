@@ -15,6 +15,8 @@ template <class T>
 op_type cBaseExpressionEvaluator<T>::computeOperator(T& node)
 {
     const op_type op = node.getOperator();
+    if (checkIsTableFunction(op))
+        return computeElaboration(node);
     switch (op) {
     case op_equal:
     case op_not_equal:
@@ -81,14 +83,6 @@ op_type cBaseExpressionEvaluator<T>::computeOperator(T& node)
     case op_function_random_number:
     case op_function_normal_distribution:
     case op_function_uniform_distribution: return computeRandomFunction(node);
-    case op_function_poly:
-    case op_function_piecewise_poly:
-    case op_function_interpolate_poly:
-    case op_function_interpolate_linear:
-    case op_function_interpolate_spline:
-    case op_function_extrapolate_poly:
-    case op_function_extrapolate_linear:
-    case op_function_extrapolate_spline: return computeElaboration(node);
     case op_function_smooth_sgolay:
         // Reserved: there is no such filter; the call stays unevaluated.
         return op_unknown_function;

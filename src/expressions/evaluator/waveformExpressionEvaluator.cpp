@@ -235,11 +235,17 @@ op_type cEvaluator::storeTemporaryCurve(T& node, const cCurveCopy& values)
                                                                          values.xs.size());
         },
         index, error);
+    return adoptTemporaryCurve(node, stored, name, section->getSectionId(), error);
+}
+
+op_type cEvaluator::adoptTemporaryCurve(T& node, bool stored, const std::string& name, uint64_t sectionId,
+                                        const std::string& error)
+{
     if (!stored) {
         errorMsg(error);
         return op_failed;
     }
-    insertTemporaryCurve(name, section->getSectionId());
+    insertTemporaryCurve(name, sectionId);
     node = T(name);
     return op_name;
 }
@@ -366,20 +372,8 @@ bool cEvaluator::defineOrUpdateNumericCurve(const std::string& name, const cCurv
 
 op_type cEvaluator::computeAssign(T& node)
 {
-    if (node.childSize() != 2) {
-        errorMsg("The expression is malformed.");
+    if (!expandAssign(node))
         return op_failed;
-    }
-    const op_type kind = node.getOperator();
-    if (kind != op_assign) {
-        const op_type op = kind == op_add_assign        ? op_add
-                           : kind == op_subtract_assign ? op_subtract
-                           : kind == op_multiply_assign ? op_multiply
-                                                        : op_divide;
-        T lhs = node.operands()[0];
-        T rhs(op, node.operands()[0], std::move(node.operands()[1]));
-        node = T(op_assign, std::move(lhs), std::move(rhs));
-    }
     T& lhs = node.operands()[0];
     cCurvePlotDataSection* current = getCurrentSection();
     auto isFileCurve = [&](const std::string& raw) {

@@ -73,6 +73,10 @@ public:
     std::string generateNewTmpCurve();
     std::string generateNewCurveName(const std::string& base) const;
     void insertTemporaryCurve(const std::string& name, uint64_t sectionId) { mTemporaryCurves[name] = sectionId; }
+    // The curve that the engine stored under name becomes the node's value (op_name); when it
+    // could not be stored, error is the evaluation's message (op_failed).
+    op_type adoptTemporaryCurve(T& node, bool stored, const std::string& name, uint64_t sectionId,
+                                const std::string& error);
     void insertLoadedCurves(const std::string& key, const cPostProcessCurveDescription& description);
     // Removes the curves "_n_" from the result section; named curves stay.
     void clearTemporaryCurves();
@@ -116,6 +120,9 @@ private:
                                const std::vector<bool>& isCurve);
     op_type computeCurveFunction(T& node, const std::vector<cPostProcessCurveDescription>& curves,
                                  const std::vector<bool>& isCurve, bool& handled);
+    // A function of a table (poly, interpolate_linear, ...) at each sample of the last argument's curve.
+    op_type computeTableOfCurve(T& node, const std::vector<cPostProcessCurveDescription>& curves,
+                                const std::vector<bool>& isCurve);
     op_type computeExtreme(T& node, const cPostProcessCurveDescription& curve, bool maximum, bool xValue);
     op_type computeMeasurement(T& node, const cPostProcessCurveDescription& curve);
     // The symbolic derivative of an expression by a name, or its value at a point.

@@ -538,13 +538,7 @@ op_type cEvaluator::resampleWaveform(T& node)
                                           node.operands()[2].getAsDouble(), node.operands()[3].getAsDouble(), index,
                                           error);
     }
-    if (!done) {
-        errorMsg(error);
-        return op_failed;
-    }
-    insertTemporaryCurve(name, section->getSectionId());
-    node = T(name);
-    return op_name;
+    return adoptTemporaryCurve(node, done, name, section->getSectionId(), error);
 }
 
 op_type cEvaluator::shiftWaveform(T& node)
@@ -567,14 +561,9 @@ op_type cEvaluator::shiftWaveform(T& node)
     const std::string name = generateNewTmpCurve();
     uint64_t index = 0;
     std::string error;
-    if (!postProcess::shiftCurve(getDataFile(), *section, name, curve, factors[0], factors[1], factors[2], factors[3],
-                                 index, error)) {
-        errorMsg(error);
-        return op_failed;
-    }
-    insertTemporaryCurve(name, section->getSectionId());
-    node = T(name);
-    return op_name;
+    const bool shifted = postProcess::shiftCurve(getDataFile(), *section, name, curve, factors[0], factors[1],
+                                                 factors[2], factors[3], index, error);
+    return adoptTemporaryCurve(node, shifted, name, section->getSectionId(), error);
 }
 
 op_type cEvaluator::storeDigitalCurve(T& node, const postProcess::cSparseLogicResult& result)
@@ -591,15 +580,9 @@ op_type cEvaluator::storeDigitalCurve(T& node, const postProcess::cSparseLogicRe
     for (uint64_t i = 0; stored && i < result.count(); ++i)
         stored = curve->pushBackValueVectorPair(result.positions[i], result.states.data() + i * result.width,
                                                 result.width);
-    if (!stored) {
-        if (curve)
-            section->removeVariable(index);
-        errorMsg("Unsupported curve type.");
-        return op_failed;
-    }
-    insertTemporaryCurve(name, section->getSectionId());
-    node = T(name);
-    return op_name;
+    if (!stored && curve)
+        section->removeVariable(index);
+    return adoptTemporaryCurve(node, stored, name, section->getSectionId(), "Unsupported curve type.");
 }
 
 op_type cEvaluator::computeCurveBit(T& node, const cPostProcessCurveDescription& curve, double bit)

@@ -419,12 +419,35 @@ op_type cEvaluator::computeMeasurement(T& node, const cPostProcessCurveDescripti
     return op_real;
 }
 
+op_type cEvaluator::computeTableOfCurve(T& node, const std::vector<cPostProcessCurveDescription>& curves,
+                                        const std::vector<bool>& isCurve)
+{
+    // The table read at each sample of a curve.
+    for (size_t i = 0; i + 1 < isCurve.size(); ++i)
+        if (isCurve[i])
+            return i == 0 ? op_bad_first_argument : op_bad_arguments;
+    op_type status = op_none;
+    const cInterpolationTable* table = elaborate(node, status);
+    if (!table)
+        return status;
+    cCurveCopy copy;
+    if (!readCurve(curves.back(), copy))
+        return op_failed;
+    if (copy.complex)
+        return op_complex_not_allowed;
+    for (double& y : copy.ys)
+        y = std::isnan(y) ? NAN : table->evaluate(y);
+    return storeTemporaryCurve(node, copy);
+}
+
 op_type cEvaluator::computeCurveFunction(T& node, const std::vector<cPostProcessCurveDescription>& curves,
                                          const std::vector<bool>& isCurve, bool& handled)
 {
     handled = true;
     const op_type op = node.getOperator();
     const bool firstIsCurve = !isCurve.empty() && isCurve[0];
+    if (checkIsTableFunction(op))
+        return computeTableOfCurve(node, curves, isCurve);
     switch (op) {
     case op_function_derivative:
     case op_function_derivative_forward:
@@ -589,18 +612,13 @@ op_type cEvaluator::computeCurveFunction(T& node, const std::vector<cPostProcess
         const std::string name = generateNewTmpCurve();
         uint64_t index = 0;
         std::string error;
-        if (!postProcess::shapeStoreCurve(
-                getDataFile(), *section, name, curves[0],
-                [&](const auto& samples, std::vector<double>& xs, auto& ys, std::string& message) {
-                    return smooth(samples, xs, ys, message);
-                },
-                index, error)) {
-            errorMsg(error);
-            return op_failed;
-        }
-        insertTemporaryCurve(name, section->getSectionId());
-        node = T(name);
-        return op_name;
+        const bool smoothed = postProcess::shapeStoreCurve(
+            getDataFile(), *section, name, curves[0],
+            [&](const auto& samples, std::vector<double>& xs, auto& ys, std::string& message) {
+                return smooth(samples, xs, ys, message);
+            },
+            index, error);
+        return adoptTemporaryCurve(node, smoothed, name, section->getSectionId(), error);
     }
     case op_function_min:
     case op_function_max:
@@ -659,31 +677,6 @@ op_type cEvaluator::computeCurveFunction(T& node, const std::vector<cPostProcess
         else
             postProcess::convertCurveToStepFunction(samplesOf(copy.xs, copy.ys), threshold, steps.xs, steps.ys);
         return storeTemporaryCurve(node, steps);
-    }
-    case op_function_poly:
-    case op_function_piecewise_poly:
-    case op_function_interpolate_poly:
-    case op_function_interpolate_linear:
-    case op_function_interpolate_spline:
-    case op_function_extrapolate_poly:
-    case op_function_extrapolate_linear:
-    case op_function_extrapolate_spline: {
-        // The table read at each sample of a curve.
-        for (size_t i = 0; i + 1 < isCurve.size(); ++i)
-            if (isCurve[i])
-                return i == 0 ? op_bad_first_argument : op_bad_arguments;
-        op_type status = op_none;
-        const cInterpolationTable* table = elaborate(node, status);
-        if (!table)
-            return status;
-        cCurveCopy copy;
-        if (!readCurve(curves.back(), copy))
-            return op_failed;
-        if (copy.complex)
-            return op_complex_not_allowed;
-        for (double& y : copy.ys)
-            y = std::isnan(y) ? NAN : table->evaluate(y);
-        return storeTemporaryCurve(node, copy);
     }
     case op_function_bit:
         // Bits of a real curve: not a logic vector.

@@ -169,13 +169,8 @@ op_type cEvaluator::computeCurveSpectrum(T& node, const cPostProcessCurveDescrip
         if (section->getVariable(i).name() != resultName)
             section->removeVariable(i);
     const uint64_t index = section->findVariableIndex(0, resultName, false);
-    if (index == cCurvePlotDataSection::npos || !section->renameVariable(index, name)) {
-        errorMsg("Unsupported curve type.");
-        return op_failed;
-    }
-    insertTemporaryCurve(name, section->getSectionId());
-    node = T(name);
-    return op_name;
+    const bool renamed = index != cCurvePlotDataSection::npos && section->renameVariable(index, name);
+    return adoptTemporaryCurve(node, renamed, name, section->getSectionId(), "Unsupported curve type.");
 }
 
 }  // namespace vx3::waveformExpressionEvaluator
