@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 
@@ -201,6 +202,9 @@ std::string csvField(const std::string& text)
 
 std::string number(double value)
 {
+    // A NaN's sign bit means nothing to a reader of the CSV: always "nan".
+    if (std::isnan(value))
+        return "nan";
     char buffer[40];
     std::snprintf(buffer, sizeof(buffer), "%.17g", value);
     return buffer;
