@@ -9,6 +9,7 @@
 #include "cWidgetRegistry.h"
 #include "explorer/wxWaveExplorerWidgetImpl.h"
 #include "widgets/qtVxMainWindow.h"
+#include "widgets/qtVxWidget.h"
 
 namespace vx3 {
 

@@ -44,32 +44,4 @@ void qtVxMainWindow::customEvent(QEvent* event)
         mHandlers.custom(event);
 }
 
-qtVxWidget::~qtVxWidget()
-{
-    if (mHandlers.destroyed)
-        mHandlers.destroyed();
-}
-
-void qtVxWidget::closeEvent(QCloseEvent* event) { forwardClose(mHandlers, event); }
-
-void qtVxWidget::showEvent(QShowEvent* event)
-{
-    QWidget::showEvent(event);
-    if (mHandlers.show)
-        mHandlers.show();
-}
-
-void qtVxWidget::resizeEvent(QResizeEvent* event)
-{
-    QWidget::resizeEvent(event);
-    if (mHandlers.resize)
-        mHandlers.resize(event->size().width(), event->size().height());
-}
-
-void qtVxWidget::customEvent(QEvent* event)
-{
-    if (mHandlers.custom)
-        mHandlers.custom(event);
-}
-
 }  // namespace vx3

@@ -32,24 +32,4 @@ private:
     cHandlers mHandlers;
 };
 
-// The same for a plain widget that a host embeds.
-class qtVxWidget : public QWidget {
-    Q_OBJECT
-public:
-    explicit qtVxWidget(QWidget* parent = nullptr) : QWidget(parent) {}
-    ~qtVxWidget() override;
-    void registerEventHandlerFunctions(const qtVxMainWindow::cHandlers& handlers) { mHandlers = handlers; }
-    QSize sizeHint() const override { return QSize(1000, 1000); }
-    QSize minimumSizeHint() const override { return QSize(100, 100); }
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void customEvent(QEvent* event) override;
-
-private:
-    qtVxMainWindow::cHandlers mHandlers;
-};
-
 }  // namespace vx3
