@@ -26,6 +26,32 @@ struct cTickLabel {
     cDoubleDouble exactValue() const { return cDoubleDouble(value, valueLow); }
 };
 
+// An angle label of a polar or Smith grid: a tick with the rectangle its text covers (pixels,
+// y downwards), so that labels around the circle can be thinned where they would touch.
+struct cTickLabelAngle : cTickLabel {
+    double angle = 0.0;  // degrees, counter-clockwise from the positive real axis
+    double x0 = 0.0, y0 = 0.0, x1 = 0.0, y1 = 0.0;
+    bool checkTextIsVisible(double left, double top, double right, double bottom) const
+    {
+        return x0 >= left && x1 <= right && y0 >= top && y1 <= bottom;
+    }
+    // Rectangles that merely touch count as intersecting: such labels read as one.
+    bool checkTextDoesntIntersectX(const cTickLabelAngle& other) const { return x1 < other.x0 || other.x1 < x0; }
+    bool checkTextDoesntIntersectY(const cTickLabelAngle& other) const { return y1 < other.y0 || other.y1 < y0; }
+    bool checkTextDoesntIntersect(const cTickLabelAngle& other) const
+    {
+        return checkTextDoesntIntersectX(other) || checkTextDoesntIntersectY(other);
+    }
+};
+
+// A circle of a Smith grid in the plane of the reflection coefficient (unit circle = |G| 1).
+struct cSmithCircle {
+    bool reactance = false;  // constant reactance (susceptance) arc, else constant resistance circle
+    double value = 0.0;      // normalised resistance or reactance
+    double centreX = 0.0, centreY = 0.0, radius = 0.0;
+    std::string text;
+};
+
 // The few settings of the user's configuration that the axis arithmetic needs.
 struct cAxisSettings {
     bool zoomLimit = true;          // views may not leave the curves' bounding box (plus margin)
@@ -164,6 +190,29 @@ public:
     void simplifyTickLabelsLog(const wxAxisTextMetricsVirtual& metrics);
     void clearTicks();
 
+    // --- polar and Smith grids -----------------------------------------------------------------
+    void setNormalizingImpedance(double impedance);
+    double getNormalizingImpedance() const { return mNormalizingImpedance; }
+    const std::string& getLabel() const { return mLabel; }
+    const std::vector<singlePlotWidgetAxis::cTickLabelAngle>& getAngleTicks() const { return mAngleTicks; }
+    const std::vector<singlePlotWidgetAxis::cSmithCircle>& getSmithCircles() const { return mSmithCircles; }
+    // The radii shown: 0 to the largest magnitude of the view (a Smith grid: the unit circle).
+    void computeMinMaxRadiusForPolarPlot(double& minRadius, double& maxRadius) const;
+    // Angle labels outside a circle of radius pixels around (centreX, centreY), touching ones dropped.
+    void computeAngleTicksForPolarPlot(const wxAxisTextMetricsVirtual& metrics, double centreX,
+                                       double centreY, double radius);
+    static void sortAngleTicksIncreasingTextPositionX0(std::vector<singlePlotWidgetAxis::cTickLabelAngle>& ticks);
+    // Radius ticks (position = pixels from the centre) by the linear tick rules, and the angle labels.
+    void computePolarAxesTicks(const wxAxisTextMetricsVirtual& metrics, double centreX, double centreY,
+                               double radius);
+    // One circle of constant resistance, or arc of constant reactance (value normalised).
+    void pushAxisTickSmith(double value, bool reactance, bool admittance);
+    // The usual Smith chart circles and arcs, with the angle labels.
+    void computeSmithAxesTicks(const wxAxisTextMetricsVirtual& metrics, double centreX, double centreY,
+                               double radius);
+    // The axis label and scale factor of a polar or Smith grid (imaginary: the vertical axis).
+    void resetPolarOrSmithLabelAndScaleFactor(bool imaginary);
+
     // --- time stamps (seconds since the epoch) ------------------------------------------------
     // Returns the time_stamp_class of the chosen distance; at most maxTicks ticks of that distance.
     static int computeTickDistanceTimeStamp(double min, double max, double& distance,
@@ -220,6 +269,8 @@ protected:
     bool mBoundingBoxInitialised = false;
     std::vector<std::string> mEnumerationTexts;
     std::vector<singlePlotWidgetAxis::cTickLabel> mTicks;
+    std::vector<singlePlotWidgetAxis::cTickLabelAngle> mAngleTicks;
+    std::vector<singlePlotWidgetAxis::cSmithCircle> mSmithCircles;
     int mDeltaReferenceIndex = -1;
     double mCacheScale = 0.0;
     bool mCacheValid = false;
