@@ -127,7 +127,7 @@ private:
     op_type computeMeasurement(T& node, const cPostProcessCurveDescription& curve);
     // The symbolic derivative of an expression by a name, or its value at a point.
     op_type computeDerivative(T& node);
-    // fft, ifft, the shifts and the windows (waveformExpressionEvaluatorSpectra.cpp).
+    // fft, ifft, the shifts and the windows (waveformExpressionEvaluatorFourier.cpp).
     static bool checkIsSpectralFunction(op_type op);
     op_type computeWindow(T& node);
     op_type computeVectorSpectrum(T& node);
