@@ -63,7 +63,7 @@ bool readNumber(const cValueOptions& options, const std::string& name, const std
     const std::string* text = options.find(name);
     if (!text)
         return true;
-    if (!cVxString(*text).toDouble(value) || !std::isfinite(value)) {
+    if (!cliFiles::readNumber(*text, value) || !std::isfinite(value)) {
         err << "zelwave-cli " << subcommand << ": " << name << " wants a number, not \"" << *text << "\"\n";
         return false;
     }

@@ -8,6 +8,8 @@
 
 #include "base/cVxLogger.h"
 #include "base/cVxString.h"
+#include "readers/scan/cParserBase.h"
+#include "readers/scan/cParserBaseIterators.h"
 
 namespace vx3::cliFiles {
 
@@ -198,6 +200,15 @@ std::string csvField(const std::string& text)
         quoted.push_back(c);
     }
     return quoted + "\"";
+}
+
+bool readNumber(const std::string& text, double& value)
+{
+    cParserBaseStringIteratorHandler handler;
+    handler.useStringData(text);
+    using scanner = cParserBase<cParserBaseStringIterator>;
+    cParserBaseStringIterator begin = handler.begin(), end = handler.end();
+    return scanner::parseDoubleWithUnits(begin, end, value) && begin == end;
 }
 
 std::string number(double value)

@@ -24,6 +24,10 @@ struct cFileOptions {
     bool hasFlag(const std::string& flag) const;
 };
 
+// A number as users write it on the command line, with an engineering suffix or not ("2.5u",
+// "1e-6", "3k"); false unless the whole text is one.
+bool readNumber(const std::string& text, double& value);
+
 // Common options; false (with a message) for a bad one.
 bool readOptions(const std::vector<std::string>& arguments, cFileOptions& options, std::ostream& err,
                  bool withSection);

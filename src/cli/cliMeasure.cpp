@@ -8,8 +8,6 @@
 #include "cliFileSupport.h"
 #include "expressions/postProcessCalculus.h"
 #include "expressions/postProcessMeasure.h"
-#include "readers/scan/cParserBase.h"
-#include "readers/scan/cParserBaseIterators.h"
 
 namespace vx3 {
 
@@ -21,16 +19,6 @@ using namespace cliFiles;
 struct cMeasureOptions {
     double from = NAN, to = NAN, threshold = NAN, lowPercent = 10, highPercent = 90;
 };
-
-// A number, with an engineering suffix or not ("2.5u", "1e-6", "3k").
-bool readNumber(const std::string& text, double& value)
-{
-    cParserBaseStringIteratorHandler handler;
-    handler.useStringData(text);
-    using scanner = cParserBase<cParserBaseStringIterator>;
-    cParserBaseStringIterator begin = handler.begin(), end = handler.end();
-    return scanner::parseDoubleWithUnits(begin, end, value) && begin == end && std::isfinite(value);
-}
 
 // Takes the numeric options out of arguments; false with a message for a bad one.
 bool readMeasureOptions(std::vector<std::string>& arguments, cMeasureOptions& options, std::ostream& err)
@@ -47,7 +35,7 @@ bool readMeasureOptions(std::vector<std::string>& arguments, cMeasureOptions& op
             rest.push_back(arguments[i]);
             continue;
         }
-        if (i + 1 >= arguments.size() || !readNumber(arguments[i + 1], *found->second)) {
+        if (i + 1 >= arguments.size() || !readNumber(arguments[i + 1], *found->second) || !std::isfinite(*found->second)) {
             err << "zelwave-cli measure: " << found->first << " wants a number\n";
             return false;
         }

@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "base/cVxLogger.h"
-#include "base/cVxString.h"
 #include "cCliTool.h"
 #include "cliFileSupport.h"
 #include "model/cDataVectors.h"
@@ -38,7 +37,7 @@ int runAt(const std::vector<std::string>& arguments, std::ostream& out, std::ost
     std::vector<double> targets;
     for (size_t i = 2; i < options.positional.size(); ++i) {
         double x = 0;
-        if (!cVxString(options.positional[i]).toDouble(x)) {
+        if (!readNumber(options.positional[i], x)) {
             err << "zelwave-cli at: \"" << options.positional[i] << "\" is no number\n";
             return 2;
         }
