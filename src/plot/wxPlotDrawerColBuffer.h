@@ -70,7 +70,11 @@ public:
     template <class Context>
     void drawBoxes(Context& context, int radius)
     {
-        drawEach([&](int x, int y) { context.drawRectangle(x - radius, y - radius, x + radius, y + radius); });
+        drawEach([&](int x, int y) {
+            const double xs[4] = {double(x - radius), double(x + radius), double(x + radius), double(x - radius)};
+            const double ys[4] = {double(y - radius), double(y - radius), double(y + radius), double(y + radius)};
+            context.drawPolygon(xs, ys, 4);
+        });
     }
     template <class Context>
     void drawCrosses(Context& context, int radius)
