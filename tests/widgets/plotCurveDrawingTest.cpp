@@ -121,10 +121,6 @@ TEST(plotCurveDrawing, BitmapOfTheReductionEqualsQtDrawingEverySegment)
             }
         }
         EXPECT_EQ(differingPixels(reduced.getImage(), reference.getImage()), 0);
-        if (std::getenv("ZW_DEBUG_DRAW")) {
-            reduced.getImage().save(QString("/tmp/zw_reduced%1.png").arg(n));
-            reference.getImage().save(QString("/tmp/zw_reference%1.png").arg(n));
-        }
         EXPECT_EQ(calls, 1);  // one pen for the whole curve
     }
 }
