@@ -58,8 +58,8 @@ public:
             return;
         uint64_t i = plotDrawerDigital::findFirstRecord(mSource, mFrame, monotony);
         double x = mSource.xAt(i);
-        if (!(x <= mFrame.xmax))
-            return;  // the curve starts right of the view, or has no valid first record
+        if (!(x <= mFrame.xmax) || (i + 1 == n && x < mFrame.xmin))
+            return;  // the curve lies right or left of the view, or has no valid first record
         double lastX = x;
         unsigned char state = stateAt(i);
         int column = mFrame.column(x);

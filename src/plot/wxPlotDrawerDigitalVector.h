@@ -159,13 +159,13 @@ public:
         drawRun(run, column, std::max(end, column), slantLeft, false);
     }
 
-    // The record in force at the left edge of the view, and its x; false when the curve starts
-    // right of the view or has no valid first record.
+    // The record in force at the left edge of the view, and its x; false when the curve lies
+    // right or left of the view or has no valid first record.
     bool loadFirstValue(unsigned monotony, uint64_t& first, double& x) const
     {
         first = plotDrawerDigital::findFirstRecord(mRuns, mFrame, monotony);
         x = mRuns.xAt(first);
-        return x <= mFrame.xmax;
+        return x <= mFrame.xmax && !(first + 1 == mRuns.count() && x < mFrame.xmin);
     }
 
     // Walks over the records from i on in column; run becomes the last value that differs. True
