@@ -56,6 +56,7 @@ public:
         const uint64_t n = mSource.count();
         if (n == 0 || !mFrame.checkIsDrawable() || mPens.main.width <= 0)
             return;
+        mRising = derivedCurveFunction::check_monotony_increasing(monotony);
         uint64_t i = plotDrawerDigital::findFirstRecord(mSource, mFrame, monotony);
         double x = mSource.xAt(i);
         if (!(x <= mFrame.xmax) || (i + 1 == n && x < mFrame.xmin))
@@ -101,17 +102,25 @@ public:
     void skipInvisibleSymbols(uint64_t& i, int column, unsigned char& state, unsigned& changes, double& lastX)
     {
         const uint64_t n = mSource.count();
+        const double limit = mRising ? mFrame.computeColumnLimit(column) : -std::numeric_limits<double>::infinity();
+        const uint64_t start = i;
         for (; i < n; ++i) {
             const double x = mSource.xAt(i);
-            if (!(x <= mFrame.xmax) || mFrame.column(x) != column)
-                return;
+            if (!(x <= limit) && (!(x <= mFrame.xmax) || mFrame.column(x) != column))
+                break;
             lastX = x;
-            const unsigned char next = stateAt(i);
-            if (next != state) {
-                ++changes;
-                state = next;
+            // Two changes make the column an edge whatever follows: from then on only its last
+            // state matters, read once when the column is left.
+            if (changes < 2) {
+                const unsigned char next = stateAt(i);
+                if (next != state) {
+                    ++changes;
+                    state = next;
+                }
             }
         }
+        if (changes >= 2 && i > start)
+            state = stateAt(i - 1);
     }
 
     // The old state from column x0 to x1, then the edge at x1 into the new state.
@@ -177,6 +186,7 @@ private:
     plotDrawerDigital::cDigitalPens mPens;
     Source mSource;
     plotDrawerDigital::cStateTable mStates;
+    bool mRising = false;
 };
 
 // One logic bit per x value.

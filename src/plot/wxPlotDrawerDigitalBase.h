@@ -52,6 +52,10 @@ public:
         rowHigh = toPixel(yAxis.toInt(1.0));
         rowMiddle = toPixel(yAxis.toInt(0.5));
         busPlot = yAxis.getGridType() == kBusGridType;
+        mLinear = !xAxis.checkIsLog();
+        mAxisMin = xAxis.getMin();
+        mScale = xAxis.getScale();
+        mPixelOfMin = xAxis.getPixelOfMin();
     }
 
     // A view of no width, or of undefined limits, shows nothing.
@@ -64,7 +68,30 @@ public:
             return x < xmax ? x : xmax;
         return xmin;
     }
-    int column(double x) const { return toPixel(mXAxis.toInt(clampX(x))); }
+    // Linear axes map inline: this runs once per record in a crowded column.
+    int column(double x) const
+    {
+        x = clampX(x);
+        return toPixel(mLinear ? (x - mAxisMin) * mScale + mPixelOfMin : mXAxis.toInt(x));
+    }
+
+    // An x up to which every later x of rising data falls into column, and into the view: the
+    // walks over a crowded column compare x with it instead of computing each pixel. Minus
+    // infinity when no such bound is known.
+    double computeColumnLimit(int column) const
+    {
+        constexpr double kNone = -std::numeric_limits<double>::infinity();
+        if (!mLinear || !(mScale > 0))
+            return kNone;
+        const double edge = column + 0.5;
+        double limit = (edge - mPixelOfMin) / mScale + mAxisMin;
+        // The inverse mapping may land a rounding past the edge: step back a thousandth of a pixel.
+        if (!((limit - mAxisMin) * mScale + mPixelOfMin < edge))
+            limit -= 1e-3 / mScale;
+        if (!((limit - mAxisMin) * mScale + mPixelOfMin < edge))
+            return kNone;
+        return limit < xmax ? limit : xmax;
+    }
 
     // Grid type of the plots that show buses: their weak levels are all one state.
     static constexpr int kBusGridType = 0x16;
@@ -73,6 +100,10 @@ public:
     int columnLeft = 0, columnRight = 0;
     int rowLow = 0, rowHigh = 0, rowMiddle = 0;
     bool busPlot = false;
+
+private:
+    bool mLinear = true;
+    double mAxisMin = 0.0, mScale = 1.0, mPixelOfMin = 0.0;
 };
 
 // Records that carry their own x: a dense curve (one state per x value, scale 1) or a sparse one

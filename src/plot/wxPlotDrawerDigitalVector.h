@@ -122,6 +122,7 @@ public:
         const uint64_t n = mRuns.count();
         if (n == 0 || !mFrame.checkIsDrawable() || mPens.main.width <= 0)
             return;
+        mRising = derivedCurveFunction::check_monotony_increasing(monotony);
         uint64_t first = 0;
         double x = 0.0;
         if (!loadFirstValue(monotony, first, x))
@@ -174,16 +175,19 @@ public:
     {
         bool changed = false;
         const uint64_t n = mRuns.count();
+        const double limit = mRising ? mFrame.computeColumnLimit(column) : -std::numeric_limits<double>::infinity();
         for (; i < n; ++i) {
             const double x = mRuns.xAt(i);
-            if (!(x <= mFrame.xmax) || mFrame.column(x) != column)
+            if (!(x <= limit) && (!(x <= mFrame.xmax) || mFrame.column(x) != column))
                 break;
             lastX = x;
-            if (!mRuns.equal(i, run)) {
+            // After one change the column is a bar whatever follows; the value in force after
+            // it is its last record's, so the rest need no compare.
+            if (!changed && !mRuns.equal(i, run))
                 changed = true;
-                run = i;
-            }
         }
+        if (changed)
+            run = i - 1;
         return changed;
     }
 
@@ -245,6 +249,7 @@ private:
     Runs mRuns;
     std::vector<cPoint> mHexagon;
     double mDotsWidth = -1.0;
+    bool mRising = false;
 };
 
 // A bus with one vector of width bits per x value (or per record of its own x, in ticks of scale).

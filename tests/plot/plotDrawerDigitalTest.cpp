@@ -335,8 +335,17 @@ TEST(plotDrawerDigital, degenerateCurvesAndViews)
     view.pens.main.width = 0;
     draw(xs, 3);
     EXPECT_TRUE(context.calls().empty());
-    // Buses alike.
+    // A log axis: columns by decades; a value at or below zero sits at the left edge.
     view.pens.main.width = 1;
+    wxSinglePlotWidgetXAxis logAxis;
+    logAxis.setLog(true);
+    ASSERT_TRUE(logAxis.setView(1, 1000, 0, 300));
+    const double decades[] = {-5, 10, 100, 1000};
+    context.clear();
+    drawLogicValue(context, logAxis, view.y, decades, 1.0, "0101", 1, 4, derivedCurveFunction::monotony_rising,
+                   view.pens);
+    EXPECT_EQ(strokeColumns(context), (std::set<int>{100, 200, 300}));
+    // Buses alike.
     context.clear();
     drawLogicVector(context, view.x, view.y, before, 1.0, "00011011", 2, 3, derivedCurveFunction::monotony_rising,
                     derivedCurveFunction::binary, view.pens);
