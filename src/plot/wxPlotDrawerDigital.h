@@ -71,6 +71,8 @@ public:
         skipInvisibleSymbols(i, column, state, changes, lastX);
         if (changes > 0)
             drawEdge(column, before, state, changes > 1);
+        // A level starts right of the edge it leaves, so that no level is drawn over an edge.
+        bool afterEdge = changes > 0;
         bool reachedRight = false;
         while (i < n) {
             x = mSource.xAt(i);
@@ -88,13 +90,14 @@ public:
             ++i;
             changes = 0;
             skipInvisibleSymbols(i, to, next, changes, lastX);
-            drawLineBuffered(column, to, state, next, changes > 0);
+            drawLineBuffered(afterEdge ? column + 1 : column, to, state, next, changes > 0);
             state = next;
             column = to;
+            afterEdge = true;
         }
         // The last state lasts to the curve's last record, or to the right edge.
-        const int end = reachedRight ? mFrame.columnRight : mFrame.column(lastX);
-        drawState(column, std::max(end, column), state);
+        const int end = std::max(reachedRight ? mFrame.columnRight : mFrame.column(lastX), column);
+        drawState(afterEdge && end > column ? column + 1 : column, end, state);
     }
 
     // Walks over the records from i on that fall into column, leaving state at the last of them;

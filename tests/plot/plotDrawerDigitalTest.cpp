@@ -119,7 +119,7 @@ TEST(plotDrawerDigital, twoStateCallsFollowTheChangesInView)
     ASSERT_EQ(runs.size(), 3u);
     EXPECT_EQ(runs[0]->x0, 0);
     EXPECT_EQ(runs[0]->y0, kLow);
-    EXPECT_EQ(runs[1]->x0, 500);  // the burst's last state, 0, up to the change at 1000
+    EXPECT_EQ(runs[1]->x0, 501);  // the burst's last state, 0, from right of the bar to the change at 1000
     EXPECT_EQ(runs[1]->x1, 1001);
     EXPECT_EQ(runs[1]->y0, kLow);
     EXPECT_EQ(runs[2]->y0, kHigh);
@@ -145,7 +145,7 @@ TEST(plotDrawerDigital, unknownIsABoxFloatingAndWeakLevelsUseTheZPen)
                                          entries.size(), view.pens);
     const auto boxes = fillsOf(context, view.pens.xBoxColour);
     ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0]->x0, 200);
+    EXPECT_EQ(boxes[0]->x0, 201);  // levels start right of their edge
     EXPECT_EQ(boxes[0]->x1, 301);
     EXPECT_EQ(boxes[0]->y0, kLow);
     EXPECT_EQ(boxes[0]->y1, kHigh + 1);
@@ -154,8 +154,8 @@ TEST(plotDrawerDigital, unknownIsABoxFloatingAndWeakLevelsUseTheZPen)
     ASSERT_EQ(floating.size(), 2u);
     for (const auto* run : floating)
         EXPECT_EQ(run->y0, kMiddle);
-    EXPECT_EQ(floating[0]->x0, 300);
-    EXPECT_EQ(floating[1]->x0, 500);
+    EXPECT_EQ(floating[0]->x0, 301);
+    EXPECT_EQ(floating[1]->x0, 501);
     const std::vector<std::tuple<int, int, int>> edges{{100, kLow, kHigh}, {200, kLow, kHigh}, {300, kLow, kHigh},
                                                        {400, kLow, kMiddle}, {500, kLow, kMiddle}, {600, kMiddle, kHigh}};
     EXPECT_EQ(strokeColumns(context), (std::set<int>{100, 200, 300, 400, 500, 600}));
@@ -195,7 +195,7 @@ TEST(plotDrawerDigital, unknownIsABoxFloatingAndWeakLevelsUseTheZPen)
                               view.pens);
     zRuns = fillsOf(context, view.pens.z.colour);
     ASSERT_EQ(zRuns.size(), 1u);
-    EXPECT_EQ(zRuns[0]->x0, 100);
+    EXPECT_EQ(zRuns[0]->x0, 101);
     EXPECT_EQ(zRuns[0]->x1, 401);
     EXPECT_EQ(zRuns[0]->y0, kMiddle);
     EXPECT_EQ(strokeColumns(context), (std::set<int>{100, 400}));
