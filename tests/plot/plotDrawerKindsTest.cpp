@@ -93,6 +93,12 @@ TEST(wxPlotDrawer, SymbolsArePaintedOncePerPixel)
     drawReal(raster, single, 0, 1, cCurveLimits{50, 50, 50, 50, 3}, xa, ya, window, wide, buffer);
     EXPECT_EQ(raster.ellipses, 1);
     EXPECT_EQ(raster.getBrush(), -1);  // the brush is transparent again afterwards
+    // A window of absurd height neither sizes the buffer to it nor loses the symbol in view.
+    cRasterContext tall(W, H);
+    cCurvePart box{cVxPen{0x00ff00, 1, vxDrawContext::solid_pen}, no_line, rectangles};
+    drawReal(tall, single, 0, 1, cCurveLimits{50, 50, 50, 50, 3}, xa, ya, cDrawWindow{0, 100, -1e300, 1e300}, box,
+             buffer);
+    EXPECT_EQ(tall.polygons, 1);
 }
 
 TEST(wxPlotDrawer, SparseRecordsBreakOnBadIndexAndNaN)
