@@ -61,11 +61,12 @@ void run(size_t n, int repeats)
     double lo = 0, hi = 0;
     const double baseline = bestMs(repeats, [&] {
         double a = INFINITY, b = -INFINITY, c = INFINITY, d = -INFINITY;
+        // Written so that the compiler vectorises it (minpd / maxpd).
         for (size_t i = 0; i < n; ++i) {
-            a = std::min(a, x[i]);
-            b = std::max(b, x[i]);
-            c = std::min(c, y[i]);
-            d = std::max(d, y[i]);
+            a = x[i] < a ? x[i] : a;
+            b = x[i] > b ? x[i] : b;
+            c = y[i] < c ? y[i] : c;
+            d = y[i] > d ? y[i] : d;
         }
         lo = c;
         hi = d;

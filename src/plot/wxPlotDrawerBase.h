@@ -85,6 +85,8 @@ struct cDrawWindow {
 template <class Context>
 class wxPlotDrawerBase {
 public:
+    static constexpr int kMaxRows = 1 << 16;
+
     wxPlotDrawerBase(Context& context, const plotDrawer::cAxisMap& xAxis, const plotDrawer::cAxisMap& yAxis,
                      const plotDrawer::cDrawWindow& window, wxPlotDrawerColBuffer* colBuffer)
         : mContext(context), mXAxis(xAxis), mYAxis(yAxis), mColBuffer(colBuffer)
@@ -280,8 +282,13 @@ public:
         mSymbolXmin = mXmin - xMargin;
         mSymbolXmax = mXmax + xMargin;
         if (mColBuffer) {
-            mColBuffer->resize(plotDrawer::roundToPixelBounded(mYAxis.toPixel(mYmin)),
-                               plotDrawer::roundToPixelBounded(mYAxis.toPixel(mYmax)));
+            // Rows far beyond any screen are never set (the window keeps symbols near the view);
+            // the bound keeps a window of absurd height from sizing the buffer.
+            auto row = [&](double u) {
+                const int r = plotDrawer::roundToPixelBounded(mYAxis.toPixel(u));
+                return r < -kMaxRows ? -kMaxRows : r > kMaxRows ? kMaxRows : r;
+            };
+            mColBuffer->resize(row(mYmin), row(mYmax));
             mColBuffer->setColumn(plotDrawer::roundToPixelBounded(mXAxis.toPixel(mXmin)) - 100);
         }
     }

@@ -93,6 +93,12 @@ TEST(wxPlotDrawer, SymbolsArePaintedOncePerPixel)
     drawReal(raster, single, 0, 1, cCurveLimits{50, 50, 50, 50, 3}, xa, ya, window, wide, buffer);
     EXPECT_EQ(raster.ellipses, 1);
     EXPECT_EQ(raster.getBrush(), -1);  // the brush is transparent again afterwards
+    // A window of absurd height neither sizes the buffer to it nor loses the symbol in view.
+    cRasterContext tall(W, H);
+    cCurvePart box{cVxPen{0x00ff00, 1, vxDrawContext::solid_pen}, no_line, rectangles};
+    drawReal(tall, single, 0, 1, cCurveLimits{50, 50, 50, 50, 3}, xa, ya, cDrawWindow{0, 100, -1e300, 1e300}, box,
+             buffer);
+    EXPECT_EQ(tall.polygons, 1);
 }
 
 TEST(wxPlotDrawer, SparseRecordsBreakOnBadIndexAndNaN)
@@ -178,6 +184,51 @@ TEST(wxPlotDrawer, ComplexValuesAreConvertedPerPoint)
             checked += (m || a);
         }
     EXPECT_GT(checked, W);
+}
+
+TEST(wxPlotDrawer, SweepMatrixRowsByStrideAndTheColouringInterval)
+{
+    // Three curves of a sweep matrix stored point by point: row r is every third value from r.
+    const int n = 400, rows = 3;
+    std::vector<double> x(n), matrix(size_t(n) * rows), row(n);
+    for (int i = 0; i < n; ++i) {
+        x[i] = i;
+        for (int r = 0; r < rows; ++r)
+            matrix[size_t(i) * rows + r] = std::sin(i * 0.05) * (r + 1);
+    }
+    const cAxisMap xa = zwplot::linearMap(0, n - 1, W), ya = zwplot::linearMap(-3, 3, H);
+    const cDrawWindow window = zwplot::windowOf(xa, 0, n - 1, ya, -3, 3);
+    const cCurvePart part{cVxPen{0x00aa00, 1, vxDrawContext::solid_pen}, curvePlotProperties::solid_line, 0};
+    wxPlotDrawerColBuffer buffer;
+    for (int r = 0; r < rows; ++r) {
+        SCOPED_TRACE(r);
+        for (int i = 0; i < n; ++i)
+            row[i] = matrix[size_t(i) * rows + r];
+        cCurveLimits limits{0.0, double(n - 1), -double(r + 1), double(r + 1), derivedCurveFunction::monotony_strictly_rising};
+        cRasterContext strided(W, H), plain(W, H);
+        drawReal(strided, cRealSource<double, double>{x.data(), matrix.data() + r, uint64_t(n), 1, rows}, 0, n, limits,
+                 xa, ya, window, part, buffer);
+        drawReal(plain, cRealSource<double, double>{x.data(), row.data(), uint64_t(n)}, 0, n, limits, xa, ya, window,
+                 part, buffer);
+        EXPECT_EQ(strided.pixels(), plain.pixels());
+        EXPECT_GT(strided.lines + strided.strokes, 100);
+    }
+    // A colouring interval: only its X range is drawn.
+    cCurveLimits limits{0.0, double(n - 1), -1.0, 1.0, derivedCurveFunction::monotony_strictly_rising};
+    cRasterContext part1(W, H);
+    drawReal(part1, cRealSource<double, double>{x.data(), matrix.data(), uint64_t(n), 1, rows}, 0, n, limits, xa, ya,
+             window, part, buffer, 100.0, 200.0);
+    for (int px = 0; px < W; ++px) {
+        bool any = false;
+        for (int py = 0; py < H; ++py)
+            any = any || part1.at(px, py) != 0u;
+        const double value = (px - xa.offset) / xa.scale + xa.min;
+        if (value < 99.0 || value > 201.0) {
+            EXPECT_FALSE(any) << px;
+        } else if (value > 101.0 && value < 199.0) {
+            EXPECT_TRUE(any) << px;
+        }
+    }
 }
 
 TEST(wxPlotDrawerDerivedPolar, ArcsFollowTheCircleAndStayClipped)

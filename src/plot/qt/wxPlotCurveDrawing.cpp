@@ -47,6 +47,37 @@ plotDrawer::cCurveLimits limitsOf(const cCurvePlotVariable& variable, const curv
     return limits;
 }
 
+// Logic values, buses and enumerations are the digital drawers' part. Each group of storage
+// types below names the drawing function that takes it; until those drawers are part of the
+// program the curve is reported as not drawn.
+plotCurveDrawing::cDrawResult drawDigitalFamily(qtVxBufferedDrawContextInverted& context, const wxCurveDescription& curve,
+                                                unsigned type, const wxSinglePlotWidgetAxis& xAxis,
+                                                const wxSinglePlotWidgetAxis& yAxis, wxPlotDrawerColBuffer& colBuffer,
+                                                uint64_t first, uint64_t last,
+                                                const plotCurveDrawing::cDrawOptions& options)
+{
+    using namespace curvePlotProperties;
+    switch (type) {
+    case interleaved_sparse_logic:                 // drawLogicValueInterleaved
+    case interleaved_sparse_logic_with_strength:   // drawLogic4StateValueInterleaved
+    case interleaved_sparse_logic_vector:          // drawLogicVectorInterleaved
+    case interleaved_sparse_4_state_logic_vector:  // drawLogic4StateVectorInterleaved
+    case interleaved_sparse_4_state_logic_vector_32b_index:  // drawLogic4StateVectorInterleaved32Bit
+    case nine_level_logic:                         // drawLogicValue
+    case parameterized_9_level_logic:              // drawLogicValue (parametrised)
+    case data_double_parameterized_logic_2_state:
+    case data_double_parameterized_logic_4_state:
+    case data_double_parameterized_logic_256_state:  // drawLogicValue / drawLogicVector (parametrised)
+    case sparse_logic_vector_2_state:
+    case sparse_logic_vector_4_state:
+    case sparse_logic_vector_256_state:            // drawLogicVector
+    case discrete:                                 // drawDenseEnum
+    case interleaved_sparse_discrete:              // drawSparseEnum
+    default:
+        return {};
+    }
+}
+
 }  // namespace
 
 plotCurveDrawing::cDrawResult drawCurveDescription(qtVxBufferedDrawContextInverted& context,
@@ -95,8 +126,7 @@ plotCurveDrawing::cDrawResult drawCurveDescription(qtVxBufferedDrawContextInvert
         in.vectors.yType = type;
         in.limits = limitsOf(*variable, in.vectors);
     } else {
-        // Logic values, buses and enumerations: the digital drawers' part.
-        return {};
+        return drawDigitalFamily(context, curve, type, xAxis, yAxis, colBuffer, first, last, options);
     }
 
     cAxesInput axes;
