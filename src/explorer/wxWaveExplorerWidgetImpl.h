@@ -33,7 +33,9 @@ enum : int {
     execute_command = 2274  // a background thread hands over a command
 };
 enum timer_id : int {
-    timer_wait = 11108  // the hold of a running wait
+    timer_wait = 11108,         // the hold of a running wait
+    TIMER_ID_LOAD_CONFIG = 11109,  // try again to load the configuration
+    TIMER_ID_SAVE_CONFIG = 11110   // write the configuration after a second without changes
 };
 }
 
@@ -64,6 +66,8 @@ public:
 
     // Safe from any thread: the owner's notifications are handled on the main thread soon.
     void startNotificationTimer();
+    // Every change of the configuration restarts this one-second timer; the file is written when it fires.
+    void startSaveToConfigurationTimer();
     void showStatusBarMessage(unsigned severity, const std::string& text);
     // The parts that a host may place itself: 1 side bar, 2 tool bar, 3 tool bar size,
     // 6 side bar command, 7 status bar, 8..10 the three panes.
@@ -82,6 +86,8 @@ private:
     void buildWidgets();
     void refreshBrowser();
     void appendLogLine(unsigned severity, const QString& text);
+    void saveConfigurationAfterQuiet();
+    void retryLoadingConfiguration();
 
     wxWaveExplorerConfiguration& mConfiguration;
     wxWaveExplorerWidgetVirtual* mOwner;
@@ -116,6 +122,10 @@ private:
     QProgressBar* mProgress = nullptr;
     QLabel* mPlotArea = nullptr;
     QTimer* mNotificationTimer = nullptr;
+    QTimer* mSaveConfigTimer = nullptr;
+    QTimer* mLoadConfigTimer = nullptr;
+    int mLoadConfigAttempts = 0;
+    bool mToldSaveRefused = false;
 };
 
 }  // namespace vx3
