@@ -100,6 +100,11 @@ void qtZelWaveMainWindow::buildMenuBar()
     });
     file->addSeparator();
     file->addAction("E&xit", QKeySequence::Quit, [this] { mWindow->close(); });
+    QMenu* edit = mWindow->menuBar()->addMenu("&Edit");
+    edit->addAction("&Configuration...", [this] {
+        if (explorer())
+            explorer()->showConfigurationDialog();
+    });
 }
 
 int qtZelWaveMainWindow::controlPanelVirtualExecuteCommand(const std::string& command)

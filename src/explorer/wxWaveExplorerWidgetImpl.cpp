@@ -18,6 +18,7 @@
 #include "base/sanitizerHandOver.h"
 #include "model/cCurvePlotDataFile.h"
 #include "wxLogSink.h"
+#include "wxWaveExplorerConfigurationDialog.h"
 #include "wxWaveExplorerWidgetVirtual.h"
 
 namespace vx3 {
@@ -155,6 +156,22 @@ void wxWaveExplorerWidgetImpl::startSaveToConfigurationTimer()
         mSaveConfigTimer->start(1000);
     else
         QMetaObject::invokeMethod(mSaveConfigTimer, [this] { mSaveConfigTimer->start(1000); }, Qt::QueuedConnection);
+}
+
+wxWaveExplorerConfigurationDialog* wxWaveExplorerWidgetImpl::showConfigurationDialog()
+{
+    if (!mConfigurationDialog)
+        mConfigurationDialog = new wxWaveExplorerConfigurationDialog(this, mConfiguration, mLogger);
+    mConfigurationDialog->updateConfigurationGrid();
+    mConfigurationDialog->show();
+    mConfigurationDialog->raise();
+    return mConfigurationDialog;
+}
+
+void wxWaveExplorerWidgetImpl::updateConfigurationGrid()
+{
+    if (mConfigurationDialog && mConfigurationDialog->isVisible())
+        mConfigurationDialog->updateConfigurationGrid();
 }
 
 void wxWaveExplorerWidgetImpl::saveConfigurationAfterQuiet()

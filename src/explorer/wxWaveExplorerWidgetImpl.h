@@ -26,6 +26,7 @@ namespace vx3 {
 class cCurvePlotDataFile;
 class wxLogSink;
 class wxWaveExplorerConfiguration;
+class wxWaveExplorerConfigurationDialog;
 class wxWaveExplorerWidgetVirtual;
 
 namespace waveExplorerEvent {
@@ -68,6 +69,9 @@ public:
     void startNotificationTimer();
     // Every change of the configuration restarts this one-second timer; the file is written when it fires.
     void startSaveToConfigurationTimer();
+    // The configuration dialog, made on first use and kept; it shows options set meanwhile.
+    wxWaveExplorerConfigurationDialog* showConfigurationDialog();
+    void updateConfigurationGrid();
     void showStatusBarMessage(unsigned severity, const std::string& text);
     // The parts that a host may place itself: 1 side bar, 2 tool bar, 3 tool bar size,
     // 6 side bar command, 7 status bar, 8..10 the three panes.
@@ -122,6 +126,7 @@ private:
     QProgressBar* mProgress = nullptr;
     QLabel* mPlotArea = nullptr;
     QTimer* mNotificationTimer = nullptr;
+    wxWaveExplorerConfigurationDialog* mConfigurationDialog = nullptr;
     QTimer* mSaveConfigTimer = nullptr;
     QTimer* mLoadConfigTimer = nullptr;
     int mLoadConfigAttempts = 0;

@@ -96,7 +96,8 @@ void wxWaveExplorerWidgetImpl::startWait(double seconds)
 
 int wxWaveExplorerWidgetImpl::performOption(wxWaveExplorerCommand& command)
 {
-    mConfiguration.setOption(command);
+    if (mConfiguration.setOption(command))
+        updateConfigurationGrid();
     return kOk;
 }
 

@@ -11,6 +11,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "app/core/cConfigurationCommands.h"
+#include "app/core/cConfigurationOptionText.h"
 #include "app/core/cDataBaseInterface.h"
 #include "app/core/cDataBaseSerializer.h"
 #include "app/core/wxWaveExplorerCommand.h"
@@ -571,4 +573,67 @@ TEST(configurationFile, DamagedLockedAndUnwritableFilesLeaveDefaultsAndTheFileAl
     EXPECT_FALSE(nowhere.saveToConfig(deepLog));
     EXPECT_NE(deepLog.getString().find("Could not save configuration to " + deep + "."), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(scratch.file("missing")));
+}
+
+TEST(configurationOptionText, EveryOptionReadsBackItsOwnTextAndBadTextIsRefused)
+{
+    cConfigData configuration;
+    setOption(configuration, "set_option time_zone \"Europe/Some \\\"quoted\\\" zone\"");
+    setOption(configuration, "set_option zoom_box_color 0xa0b0c0");
+    const auto keys = cConfigurationOptionText::getOptionKeys(configuration);
+    ASSERT_GT(keys.size(), 100u);
+    EXPECT_TRUE(std::is_sorted(keys.begin(), keys.end()));
+    for (const std::string& key : keys) {
+        cConfigData copy;
+        copy.takeKeptValues(configuration);
+        const std::string text = cConfigurationOptionText::getValueText(configuration, key);
+        cTestLog logger;
+        // Through the text and back, as the dialog applies an unchanged cell: nothing moves (NaN aside).
+        copy.resetOptionToDefault(key);
+        ASSERT_TRUE(cConfigurationOptionText::setValueFromText(copy, key, text, logger)) << key << " " << text;
+        const cOptionValue* before = configuration.getOption(key);
+        const cOptionValue* after = copy.getOption(key);
+        ASSERT_NE(after, nullptr) << key;
+        EXPECT_EQ(after->strings, before->strings) << key << " " << text;
+        EXPECT_EQ(after->integers, before->integers) << key << " " << text;
+        ASSERT_EQ(after->numbers.size(), before->numbers.size()) << key << " " << text;
+        for (size_t i = 0; i < before->numbers.size(); ++i)
+            EXPECT_TRUE(after->numbers[i] == before->numbers[i] ||
+                        (std::isnan(after->numbers[i]) && std::isnan(before->numbers[i])))
+                << key << " " << text;
+    }
+    EXPECT_EQ(cConfigurationOptionText::getValueText(configuration, "zoom_box_color"), "0xa0b0c0");
+
+    cTestLog logger;
+    EXPECT_FALSE(cConfigurationOptionText::setValueFromText(configuration, "fft_parameter_nb_time_samples", "many",
+                                                            logger));
+    EXPECT_NE(logger.getString().find("The value \"many\" does not fit the option \"fft_parameter_nb_time_samples\"."),
+              std::string::npos);
+    EXPECT_EQ(configuration.getOptionNumber("fft_parameter_nb_time_samples"), 1024);
+}
+
+TEST(configurationCommands, NameMappingAndTheFileCommandsAnswer)
+{
+    cScratch scratch;
+    wxWaveExplorerConfiguration configuration;
+    configuration.setConfigFileName(scratch.file("conf.db"));
+    cTestLog logger;
+    auto run = [&](const std::string& text) {
+        wxWaveExplorerCommand command;
+        EXPECT_TRUE(command.parseCommandString(text, logger)) << text;
+        int result = cConfigurationCommands::perform(command, configuration, logger);
+        return std::make_pair(result, command.returnValues());
+    };
+    EXPECT_EQ(run("get_configuration_file_name").second, std::vector<std::string>{scratch.file("conf.db")});
+    setOption(configuration, "set_option schematic_mapping_top_spice x1.x2");
+    EXPECT_EQ(run("get_mapping_spice_top").second, std::vector<std::string>{"x1.x2"});
+    EXPECT_EQ(run("get_mapping_curve_top").second, std::vector<std::string>{""});
+    EXPECT_EQ(run("save_configuration_file").first, 0);
+    EXPECT_EQ(run("save_configuration_file " + scratch.file("copy.db")).first, 0);
+    EXPECT_EQ(configuration.getConfigFileName(), scratch.file("conf.db")) << "a copy does not move the file";
+    EXPECT_EQ(run("read_configuration_file " + scratch.file("none.db")).first, 3);
+    EXPECT_NE(logger.getString().find("The configuration file \"" + scratch.file("none.db") + "\" could not be loaded."),
+              std::string::npos);
+    EXPECT_EQ(configuration.getOptionText("schematic_mapping_top_spice"), "x1.x2") << "a failed read changes nothing";
+    EXPECT_EQ(run("add_section s").first, cConfigurationCommands::not_a_configuration_command);
 }

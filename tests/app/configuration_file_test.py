@@ -427,6 +427,19 @@ class ConfigurationFile(unittest.TestCase):
         self.assertEqual(options["schematic_mapping_top_spice"][0], ["top.second"])
         self.assertEqual(options["time_zone"][0], ["CET"])
 
+    def test_opened_files_are_remembered_most_recent_first(self):
+        names = []
+        for i in range(3):
+            name = os.path.join(self.work, "wave%d.csv" % i)
+            with open(name, "w") as f:
+                f.write("time,v\n0,%d\n1,%d\n" % (i, i + 1))
+            names.append(name)
+        commands = "".join('open_file "%s"\n' % n for n in names + [names[0]])
+        log = self.run_program(commands + 'open_file "%s"\nsave_configuration_file\nclose\n'
+                               % os.path.join(self.work, "missing.csv"))
+        files = read_main(read_file(self.conf())[0][3])["files"]
+        self.assertEqual(files, [names[0], names[2], names[1]], log)
+
     def test_read_and_name_commands(self):
         other = os.path.join(self.work, "other.db")
         self.run_program("set_option time_zone JST\nsave_configuration_file %s\nclose\n" % other)
