@@ -194,14 +194,17 @@ void wxWaveExplorerWidgetImpl::retryLoadingConfiguration()
     // Short waits for the lock here: the main thread must not hang on another instance.
     constexpr int kAttempts = 600;  // a minute at 100 milliseconds
     mConfiguration.setBusyTimeout(20);
-    cVxLogger quiet;
-    bool done = mConfiguration.loadFromConfig(++mLoadConfigAttempts < kAttempts ? quiet : mLogger) ||
-                mConfiguration.checkConfigLoadedOrDefinitelyFailed() || mLoadConfigAttempts >= kAttempts;
+    // The lines of an attempt are kept back: only the attempt that ends the retries is told.
+    cVxLogger attempt(vxLogger::debug, true);
+    bool loaded = mConfiguration.loadFromConfig(attempt);
     mConfiguration.setBusyTimeout(2000);
+    bool done = loaded || mConfiguration.checkConfigLoadedOrDefinitelyFailed() || ++mLoadConfigAttempts >= kAttempts;
     if (!done)
         return;
     mLoadConfigTimer->stop();
-    if (mConfiguration.checkConfigLoaded())
+    attempt.setLoggerCallBack(mLogSink.get());
+    attempt.setLoggerCallBack(nullptr);
+    if (loaded)
         mLogger.infoMsg("Loaded configuration from " + mConfiguration.getConfigFileName() + ".");
 }
 

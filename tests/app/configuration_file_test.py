@@ -415,17 +415,33 @@ class ConfigurationFile(unittest.TestCase):
 
     def test_two_instances_saving_at_once_keep_both_changes(self):
         self.run_program("set_option time_zone CET\nsave_configuration_file\nclose\n")
-        first, first_log = self.start("set_option fft_parameter_nb_time_samples 4096\n"
+        # The first holds its change while the second reads, changes and saves; the first saves last.
+        first, first_log = self.start("set_option fft_parameter_nb_time_samples 4096\nwait 10\n"
                                       "save_configuration_file\nclose\n")
+        self.assertTrue(wait_until(lambda: "Reading command file" in read_text(first_log)))
         second, second_log = self.start("set_option schematic_mapping_top_spice top.second\n"
                                         "save_configuration_file\nclose\n")
-        self.assertEqual(first.wait(timeout=240), 0)
         self.assertEqual(second.wait(timeout=240), 0)
+        first_still_waiting = first.poll() is None
+        self.assertEqual(first.wait(timeout=240), 0)
         options = all_options(self.conf())
-        self.assertEqual(options["fft_parameter_nb_time_samples"][1], [4096.0],
-                         read_text(first_log) + read_text(second_log))
-        self.assertEqual(options["schematic_mapping_top_spice"][0], ["top.second"])
+        logs = read_text(first_log) + read_text(second_log)
+        self.assertEqual(options["fft_parameter_nb_time_samples"][1], [4096.0], logs)
+        self.assertEqual(options["schematic_mapping_top_spice"][0], ["top.second"], logs)
         self.assertEqual(options["time_zone"][0], ["CET"])
+        if first_still_waiting:
+            # It read the file before the second saved and writes after it: it must have merged.
+            self.assertIn("was changed by another instance", read_text(first_log))
+
+        # Both at once, without waits: whatever the order, neither change is lost.
+        a, _ = self.start("set_option utc_offset 2\nsave_configuration_file\nclose\n")
+        b, _ = self.start("set_option time_zone JST\nsave_configuration_file\nclose\n")
+        self.assertEqual(a.wait(timeout=240), 0)
+        self.assertEqual(b.wait(timeout=240), 0)
+        options = all_options(self.conf())
+        self.assertEqual(options["utc_offset"][1], [2.0])
+        self.assertEqual(options["time_zone"][0], ["JST"])
+        self.assertEqual(options["schematic_mapping_top_spice"][0], ["top.second"])
 
     def test_opened_files_are_remembered_most_recent_first(self):
         names = []
