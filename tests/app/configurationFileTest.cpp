@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
+#include <random>
 #include <fstream>
 #include <sstream>
 
@@ -636,4 +637,40 @@ TEST(configurationCommands, NameMappingAndTheFileCommandsAnswer)
               std::string::npos);
     EXPECT_EQ(configuration.getOptionText("schematic_mapping_top_spice"), "x1.x2") << "a failed read changes nothing";
     EXPECT_EQ(run("add_section s").first, cConfigurationCommands::not_a_configuration_command);
+}
+
+TEST(configurationValues, EveryDamageOfABlobEndsInAUsableConfiguration)
+{
+    cConfigData written;
+    written.addLastOpenedFiles("/data/a.raw");
+    written.setKeyBinding(0, "R");
+    setOption(written, "set_option time_zone \"CET\"");
+    for (auto topic : {topic_main, topic_post_process, topic_browser}) {
+        const std::vector<uint8_t> blob = written.serializeTopic(topic);
+        std::mt19937 random(static_cast<unsigned>(topic));
+        int partial = 0;
+        for (int round = 0; round < 3000; ++round) {
+            std::vector<uint8_t> damaged = blob;
+            // One to three bytes changed, or the blob cut short.
+            if (round % 4 == 3) {
+                damaged.resize(random() % blob.size());
+            } else {
+                for (unsigned n = 1 + random() % 3; n > 0; --n)
+                    damaged[random() % damaged.size()] = static_cast<uint8_t>(random());
+            }
+            cConfigData read;
+            load_result result = read.deserializeTopic(damaged, topic);
+            partial += result == load_partial;
+            if (result == load_partial)
+                read.setIncompatibleValuesToDefault();
+            else if (result == load_failed)
+                read.setDefaults(topic);
+            // Whatever came out is a configuration this version writes and reads back whole.
+            ASSERT_EQ(read.getKeyBindings().size(), 33u);
+            ASSERT_EQ(read.getColour(nb_colours - 1) & ~0xffffffu, 0u);
+            cConfigData again;
+            ASSERT_EQ(again.deserializeTopic(read.serializeTopic(topic), topic), load_ok) << round;
+        }
+        EXPECT_GT(partial, 100) << "the damage reaches past the version word";
+    }
 }
