@@ -98,8 +98,25 @@ void qtZelWaveMainWindow::buildMenuBar()
         if (!name.isEmpty())
             tryLockAndExecuteCommandFile(name.toStdString());
     });
+    // Filled when opened, so that it shows files opened by commands as well, and none that has gone.
+    QMenu* recent = file->addMenu("&Recent Files");
+    QObject::connect(recent, &QMenu::aboutToShow, recent, [this, recent] {
+        recent->clear();
+        configuration().removeNonExistingLastOpened();
+        for (size_t i = 0; i < configuration().getNbLastOpenedFiles(); ++i) {
+            QString name = QString::fromStdString(configuration().getLastOpenedFiles(i));
+            recent->addAction(name, [this, name] { lockAndExecuteCommand("open_file \"" + name.toStdString() + "\""); });
+        }
+        if (recent->isEmpty())
+            recent->addAction("(none)")->setEnabled(false);
+    });
     file->addSeparator();
     file->addAction("E&xit", QKeySequence::Quit, [this] { mWindow->close(); });
+    QMenu* edit = mWindow->menuBar()->addMenu("&Edit");
+    edit->addAction("&Configuration...", [this] {
+        if (explorer())
+            explorer()->showConfigurationDialog();
+    });
 }
 
 int qtZelWaveMainWindow::controlPanelVirtualExecuteCommand(const std::string& command)

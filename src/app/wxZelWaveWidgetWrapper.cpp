@@ -79,8 +79,10 @@ void wxZelWaveWidgetWrapper::defineStyle(int style)
     mConfiguration.showMenuBar = (style & style_menu_bar) != 0;
     mConfiguration.guiFlagBit32 = (style & style_further_flag) != 0;
     mConfiguration.loadAndSaveConfigFile = (style & style_load_save_config) != 0;
-    if (mConfiguration.loadAndSaveConfigFile)
+    if (mConfiguration.loadAndSaveConfigFile) {
         mConfiguration.setConfigFileName(getConfigFileName());
+        mConfiguration.loadFromConfig(mLogger);
+    }
 }
 
 bool wxZelWaveWidgetWrapper::create(QWidget* parent)
@@ -142,11 +144,7 @@ bool wxZelWaveWidgetWrapper::checkTopWindowWH(int& width, int& height) const
 
 void wxZelWaveWidgetWrapper::saveTopLevelWindowDimensions(int width, int height)
 {
-    if (width != mConfiguration.windowWidth || height != mConfiguration.windowHeight) {
-        mConfiguration.windowWidth = width;
-        mConfiguration.windowHeight = height;
-        mConfiguration.setFlagConfigChanged(true);
-    }
+    mConfiguration.setWindowSize(width, height);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -417,6 +415,14 @@ int wxZelWaveWidgetWrapper::waveExplorerVirtualCallBackAction(wxWaveExplorerActi
 
 void wxZelWaveWidgetWrapper::applicationCloses()
 {
+    mConfiguration.setFlagApplicationCloses(true);
+    if (mConfiguration.loadAndSaveConfigFile && mConfiguration.getFlagConfigChanged()) {
+        if (mConfiguration.checkAutomaticSaveAllowed())
+            mConfiguration.saveToConfig(mLogger);
+        else
+            mLogger.warnMsg("The configuration file was not loaded at startup: it is not overwritten. "
+                            "save_configuration_file writes it nevertheless.");
+    }
     mLogger.setLoggerCallBack(nullptr);
     if (mExplorer)
         mExplorer->applicationCloses();

@@ -18,6 +18,7 @@
 #include "base/sanitizerHandOver.h"
 #include "model/cCurvePlotDataFile.h"
 #include "wxLogSink.h"
+#include "wxWaveExplorerConfigurationDialog.h"
 #include "wxWaveExplorerWidgetVirtual.h"
 
 namespace vx3 {
@@ -72,9 +73,21 @@ wxWaveExplorerWidgetImpl::wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplor
         mHold = false;
         emptyCommandQueue();
     });
+    mSaveConfigTimer = new QTimer(this);
+    mSaveConfigTimer->setObjectName(QString::number(waveExplorerEvent::TIMER_ID_SAVE_CONFIG));
+    mSaveConfigTimer->setSingleShot(true);
+    connect(mSaveConfigTimer, &QTimer::timeout, this, &wxWaveExplorerWidgetImpl::saveConfigurationAfterQuiet);
+    mLoadConfigTimer = new QTimer(this);
+    mLoadConfigTimer->setObjectName(QString::number(waveExplorerEvent::TIMER_ID_LOAD_CONFIG));
+    connect(mLoadConfigTimer, &QTimer::timeout, this, &wxWaveExplorerWidgetImpl::retryLoadingConfiguration);
+    mConfiguration.setChangeListener([this] { startSaveToConfigurationTimer(); });
 }
 
-wxWaveExplorerWidgetImpl::~wxWaveExplorerWidgetImpl() { mLogger.setLoggerCallBack(nullptr); }
+wxWaveExplorerWidgetImpl::~wxWaveExplorerWidgetImpl()
+{
+    mConfiguration.setChangeListener(nullptr);
+    mLogger.setLoggerCallBack(nullptr);
+}
 
 void wxWaveExplorerWidgetImpl::buildWidgets()
 {
@@ -121,12 +134,78 @@ void wxWaveExplorerWidgetImpl::startup()
 {
     mMainThread.reset();
     refreshBrowser();
+    // A file locked by another instance at the start is tried again until it can be read.
+    if (mConfiguration.loadAndSaveConfigFile && mConfiguration.checkLoadIsWorthRetrying())
+        mLoadConfigTimer->start(100);
 }
 
 void wxWaveExplorerWidgetImpl::applicationCloses()
 {
+    mConfiguration.setChangeListener(nullptr);
+    mSaveConfigTimer->stop();
+    mLoadConfigTimer->stop();
     mLogger.setLoggerCallBack(nullptr);
     mNotificationTimer->stop();
+}
+
+void wxWaveExplorerWidgetImpl::startSaveToConfigurationTimer()
+{
+    if (!mConfiguration.loadAndSaveConfigFile)
+        return;
+    if (mMainThread.compareThreadId())
+        mSaveConfigTimer->start(1000);
+    else
+        QMetaObject::invokeMethod(mSaveConfigTimer, [this] { mSaveConfigTimer->start(1000); }, Qt::QueuedConnection);
+}
+
+wxWaveExplorerConfigurationDialog* wxWaveExplorerWidgetImpl::showConfigurationDialog()
+{
+    if (!mConfigurationDialog)
+        mConfigurationDialog = new wxWaveExplorerConfigurationDialog(this, mConfiguration, mLogger);
+    mConfigurationDialog->updateConfigurationGrid();
+    mConfigurationDialog->show();
+    mConfigurationDialog->raise();
+    return mConfigurationDialog;
+}
+
+void wxWaveExplorerWidgetImpl::updateConfigurationGrid()
+{
+    if (mConfigurationDialog && mConfigurationDialog->isVisible())
+        mConfigurationDialog->updateConfigurationGrid();
+}
+
+void wxWaveExplorerWidgetImpl::saveConfigurationAfterQuiet()
+{
+    if (!mConfiguration.getFlagConfigChanged())
+        return;
+    if (mConfiguration.checkAutomaticSaveAllowed()) {
+        mConfiguration.saveToConfig(mLogger);
+        return;
+    }
+    if (!mToldSaveRefused) {
+        mToldSaveRefused = true;
+        mLogger.warnMsg("The configuration file was not loaded at startup: it is not overwritten. "
+                        "save_configuration_file writes it nevertheless.");
+    }
+}
+
+void wxWaveExplorerWidgetImpl::retryLoadingConfiguration()
+{
+    // Short waits for the lock here: the main thread must not hang on another instance.
+    constexpr int kAttempts = 600;  // a minute at 100 milliseconds
+    mConfiguration.setBusyTimeout(20);
+    // The lines of an attempt are kept back: only the attempt that ends the retries is told.
+    cVxLogger attempt(vxLogger::debug, true);
+    bool loaded = mConfiguration.loadFromConfig(attempt);
+    mConfiguration.setBusyTimeout(2000);
+    bool done = loaded || mConfiguration.checkConfigLoadedOrDefinitelyFailed() || ++mLoadConfigAttempts >= kAttempts;
+    if (!done)
+        return;
+    mLoadConfigTimer->stop();
+    attempt.setLoggerCallBack(mLogSink.get());
+    attempt.setLoggerCallBack(nullptr);
+    if (loaded)
+        mLogger.infoMsg("Loaded configuration from " + mConfiguration.getConfigFileName() + ".");
 }
 
 void wxWaveExplorerWidgetImpl::startNotificationTimer()

@@ -26,6 +26,7 @@ namespace vx3 {
 class cCurvePlotDataFile;
 class wxLogSink;
 class wxWaveExplorerConfiguration;
+class wxWaveExplorerConfigurationDialog;
 class wxWaveExplorerWidgetVirtual;
 
 namespace waveExplorerEvent {
@@ -33,7 +34,9 @@ enum : int {
     execute_command = 2274  // a background thread hands over a command
 };
 enum timer_id : int {
-    timer_wait = 11108  // the hold of a running wait
+    timer_wait = 11108,         // the hold of a running wait
+    TIMER_ID_LOAD_CONFIG = 11109,  // try again to load the configuration
+    TIMER_ID_SAVE_CONFIG = 11110   // write the configuration after a second without changes
 };
 }
 
@@ -64,6 +67,11 @@ public:
 
     // Safe from any thread: the owner's notifications are handled on the main thread soon.
     void startNotificationTimer();
+    // Every change of the configuration restarts this one-second timer; the file is written when it fires.
+    void startSaveToConfigurationTimer();
+    // The configuration dialog, made on first use and kept; it shows options set meanwhile.
+    wxWaveExplorerConfigurationDialog* showConfigurationDialog();
+    void updateConfigurationGrid();
     void showStatusBarMessage(unsigned severity, const std::string& text);
     // The parts that a host may place itself: 1 side bar, 2 tool bar, 3 tool bar size,
     // 6 side bar command, 7 status bar, 8..10 the three panes.
@@ -82,6 +90,8 @@ private:
     void buildWidgets();
     void refreshBrowser();
     void appendLogLine(unsigned severity, const QString& text);
+    void saveConfigurationAfterQuiet();
+    void retryLoadingConfiguration();
 
     wxWaveExplorerConfiguration& mConfiguration;
     wxWaveExplorerWidgetVirtual* mOwner;
@@ -116,6 +126,11 @@ private:
     QProgressBar* mProgress = nullptr;
     QLabel* mPlotArea = nullptr;
     QTimer* mNotificationTimer = nullptr;
+    wxWaveExplorerConfigurationDialog* mConfigurationDialog = nullptr;
+    QTimer* mSaveConfigTimer = nullptr;
+    QTimer* mLoadConfigTimer = nullptr;
+    int mLoadConfigAttempts = 0;
+    bool mToldSaveRefused = false;
 };
 
 }  // namespace vx3

@@ -4,7 +4,9 @@
 
 #include <cmath>
 
+#include "app/core/cConfigurationCommands.h"
 #include "app/core/cStoreCommands.h"
+#include "base/cVxFilePath.h"
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "model/cCurvePlotDataFile.h"
 #include "wxWaveExplorerWidgetImpl.h"
@@ -94,7 +96,8 @@ void wxWaveExplorerWidgetImpl::startWait(double seconds)
 
 int wxWaveExplorerWidgetImpl::performOption(wxWaveExplorerCommand& command)
 {
-    mConfiguration.setOption(command);
+    if (mConfiguration.setOption(command))
+        updateConfigurationGrid();
     return kOk;
 }
 
@@ -148,7 +151,15 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
     default:
         break;
     }
-    int result = cStoreCommands::perform(command, *mStore, mLogger);
+    int result = cConfigurationCommands::perform(command, mConfiguration, mLogger);
+    if (result != cConfigurationCommands::not_a_configuration_command)
+        return result;
+    result = cStoreCommands::perform(command, *mStore, mLogger);
+    if (command.actionType == cmd_open_file && result == kOk) {
+        cVxFilePath path(command.getStringArgument(0));
+        path.convertToAbsolutePath();
+        mConfiguration.addLastOpenedFiles(path.name());
+    }
     if (result != cStoreCommands::not_a_store_command) {
         if (cStoreCommands::checkChangesStore(command.actionType))
             mStoreChanged = true;

@@ -3,9 +3,14 @@
 #include "wxWaveExplorerCommand.h"
 #include "wxWaveExplorerConfiguration.h"
 
-namespace vx3 {
+#include <algorithm>
+#include <cmath>
 
-using waveExplorerConfiguration::cOptionValue;
+#include "cCommandTable.h"
+#include "cDataBaseSerializer.h"
+
+namespace vx3 {
+namespace waveExplorerConfiguration {
 
 namespace {
 // Defaults, written as the command text that would set them. The topics that use an option own the
@@ -119,23 +124,9 @@ const char* const kDefaults[] = {
     "set_gui_option unzoom_when_curve_is_added 1",
     "set_gui_option browser_use_full_hierarchical_names 0",
 };
-}  // namespace
 
-void wxWaveExplorerConfiguration::setDefaultOptions()
+cOptionValue valueOfCommand(const wxWaveExplorerCommand& command)
 {
-    mOptions.clear();
-    cVxLogger quiet;
-    wxWaveExplorerCommand command;
-    for (const char* text : kDefaults)
-        if (command.parseCommandString(text, quiet))
-            setOption(command);
-}
-
-bool wxWaveExplorerConfiguration::setOption(const wxWaveExplorerCommand& command)
-{
-    const std::string key = cCommandTable::getOptionKey(command.actionType);
-    if (key.empty())
-        return false;
     cOptionValue value;
     for (size_t i = 0; i < command.getNumberOfStringArguments(); ++i)
         value.strings.push_back(command.getStringArgument(i));
@@ -144,41 +135,155 @@ bool wxWaveExplorerConfiguration::setOption(const wxWaveExplorerCommand& command
         value.integers.push_back(command.getIntArgument(i));
     if (!command.plotName.empty())
         value.strings.insert(value.strings.begin(), command.plotName);
+    return value;
+}
+
+// The defaults as values by key, read once from the command texts above.
+const std::map<std::string, cOptionValue>& defaultOptions()
+{
+    static const std::map<std::string, cOptionValue> defaults = [] {
+        std::map<std::string, cOptionValue> map;
+        cVxLogger quiet;
+        wxWaveExplorerCommand command;
+        for (const char* text : kDefaults) {
+            if (!command.parseCommandString(text, quiet))
+                continue;
+            const std::string key = cCommandTable::getOptionKey(command.actionType);
+            if (key.empty())
+                continue;
+            map[key] = valueOfCommand(command);
+        }
+        return map;
+    }();
+    return defaults;
+}
+
+bool checkIsKnownOptionKey(const std::string& key)
+{
+    for (int handler = 1; handler <= 3; ++handler)
+        if (cCommandTable::findOption(key, handler) != waveExplorerAction::cmd_no_command)
+            return true;
+    return false;
+}
+
+bool startsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
+}  // namespace
+
+topic_type cConfigData::getOptionTopic(const std::string& key)
+{
+    for (const char* prefix : {"fft_parameter_", "eye_diagram_", "convolution_parameter_", "data_reduction_",
+                               "data_smoothing_", "time_shift_", "complex_curve_representation"})
+        if (startsWith(key, prefix))
+            return topic_post_process;
+    if (startsWith(key, "browser_") || key == "show_browser_header" || key == "enable_browser_configuration")
+        return topic_browser;
+    return topic_main;
+}
+
+void cConfigData::setDefaultOptions(topic_type topic)
+{
+    std::erase_if(mOptions, [topic](const auto& entry) { return getOptionTopic(entry.first) == topic; });
+    for (const auto& [key, value] : defaultOptions())
+        if (getOptionTopic(key) == topic)
+            mOptions[key] = value;
+}
+
+bool cConfigData::setOption(const wxWaveExplorerCommand& command)
+{
+    const std::string key = cCommandTable::getOptionKey(command.actionType);
+    if (key.empty())
+        return false;
+    return setOptionValue(key, valueOfCommand(command));
+}
+
+bool cConfigData::setOptionValue(const std::string& key, const cOptionValue& value)
+{
     auto found = mOptions.find(key);
     if (found != mOptions.end() && found->second == value)
         return false;
-    mOptions[key] = std::move(value);
-    mChanged = true;
+    bool wasWhite = getFlagUseWhiteBackground();
+    mOptions[key] = value;
+    if (key == "use_white_background" && getFlagUseWhiteBackground() != wasWhite)
+        invertColours();
+    if (key == "zoom_box_color" && !value.integers.empty())
+        setColour(colour_zoom_box, static_cast<uint32_t>(value.integers.front()) & 0xffffffu);
+    markChanged(key);
     return true;
 }
 
-const cOptionValue* wxWaveExplorerConfiguration::getOption(const std::string& key) const
+void cConfigData::resetOptionToDefault(const std::string& key)
+{
+    const auto& defaults = defaultOptions();
+    auto found = defaults.find(key);
+    if (found != defaults.end())
+        setOptionValue(key, found->second);
+    else if (mOptions.erase(key))
+        markChanged(key);
+}
+
+const cOptionValue* cConfigData::getOption(const std::string& key) const
 {
     auto found = mOptions.find(key);
     return found == mOptions.end() ? nullptr : &found->second;
 }
 
-bool wxWaveExplorerConfiguration::getOptionFlag(const std::string& key, bool defaultValue) const
+bool cConfigData::getOptionFlag(const std::string& key, bool defaultValue) const
 {
     return getOptionNumber(key, 0, defaultValue ? 1.0 : 0.0) != 0.0;
 }
 
-double wxWaveExplorerConfiguration::getOptionNumber(const std::string& key, size_t index, double defaultValue) const
+double cConfigData::getOptionNumber(const std::string& key, size_t index, double defaultValue) const
 {
     const cOptionValue* value = getOption(key);
     return value && index < value->numbers.size() ? value->numbers[index] : defaultValue;
 }
 
-std::string wxWaveExplorerConfiguration::getOptionText(const std::string& key, size_t index) const
+std::string cConfigData::getOptionText(const std::string& key, size_t index) const
 {
     const cOptionValue* value = getOption(key);
     return value && index < value->strings.size() ? value->strings[index] : std::string();
 }
 
-int64_t wxWaveExplorerConfiguration::getOptionInteger(const std::string& key, size_t index, int64_t defaultValue) const
+int64_t cConfigData::getOptionInteger(const std::string& key, size_t index, int64_t defaultValue) const
 {
     const cOptionValue* value = getOption(key);
     return value && index < value->integers.size() ? value->integers[index] : defaultValue;
 }
 
+// The options of one topic: a count, then key and the three value lists for each. A read adds option by
+// option, so that a damaged blob keeps the options before the damage.
+void cConfigData::serializeOptions(cDataBaseSerializer& serializer, topic_type topic)
+{
+    if (serializer.checkIsSerializing()) {
+        uint64_t count = 0;
+        for (const auto& entry : mOptions)
+            count += getOptionTopic(entry.first) == topic;
+        serializer.serializedeserialize(count);
+        for (auto& [key, value] : mOptions) {
+            if (getOptionTopic(key) != topic)
+                continue;
+            std::string name = key;
+            serializer.serializedeserialize(name);
+            serializer.serializedeserialize(value.strings);
+            serializer.serializedeserialize(value.numbers);
+            serializer.serializedeserialize(value.integers);
+        }
+        return;
+    }
+    uint64_t count = 0;
+    serializer.serializedeserialize(count);
+    for (uint64_t i = 0; i < count; ++i) {
+        std::string key;
+        cOptionValue value;
+        serializer.serializedeserialize(key);
+        serializer.serializedeserialize(value.strings);
+        serializer.serializedeserialize(value.numbers);
+        serializer.serializedeserialize(value.integers);
+        // Options that this version does not know, or that belong to another topic, are left out.
+        if (checkIsKnownOptionKey(key) && getOptionTopic(key) == topic)
+            mOptions[key] = std::move(value);
+    }
+}
+
+}  // namespace waveExplorerConfiguration
 }  // namespace vx3
