@@ -47,6 +47,7 @@ struct cTickLabelAngle : cTickLabel {
 // A circle of a Smith grid in the plane of the reflection coefficient (unit circle = |G| 1).
 struct cSmithCircle {
     bool reactance = false;  // constant reactance (susceptance) arc, else constant resistance circle
+    bool admittance = false; // of the admittance chart (the impedance chart turned by half a turn)
     double value = 0.0;      // normalised resistance or reactance
     double centreX = 0.0, centreY = 0.0, radius = 0.0;
     std::string text;
@@ -207,7 +208,8 @@ public:
                                double radius);
     // One circle of constant resistance, or arc of constant reactance (value normalised).
     void pushAxisTickSmith(double value, bool reactance, bool admittance);
-    // The usual Smith chart circles and arcs, with the angle labels.
+    // The usual Smith chart circles and arcs, with the angle labels. A mixed grid holds both
+    // charts, the one named first in the grid's name first.
     void computeSmithAxesTicks(const wxAxisTextMetricsVirtual& metrics, double centreX, double centreY,
                                double radius);
     // The axis label and scale factor of a polar or Smith grid (imaginary: the vertical axis).
