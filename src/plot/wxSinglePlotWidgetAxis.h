@@ -10,6 +10,9 @@
 #include "plot/wxAxisTextMetricsVirtual.h"
 
 namespace vx3 {
+
+class wxCurveDescriptionBase;
+
 namespace singlePlotWidgetAxis {
 
 enum tick_kind : int { tick_on_zero = 0, tick_labelled = 1, tick_subdivision = 2 };
@@ -58,6 +61,7 @@ struct cAxisSettings {
     bool zoomLimit = true;          // views may not leave the curves' bounding box (plus margin)
     double tickCrossSize = 1.0;     // configured size; the cross is this * 6 pixels
     bool timeStampLocalTime = true; // time stamp labels in local time, else in UTC
+    std::string timeZoneText;       // shown in the label of a date axis; empty: the system's zone name
 };
 
 // Classes of a time stamp axis's range, from the tick distance.
@@ -215,6 +219,48 @@ public:
     // The axis label and scale factor of a polar or Smith grid (imaginary: the vertical axis).
     void resetPolarOrSmithLabelAndScaleFactor(bool imaginary);
 
+    // --- curves, units and labels ---------------------------------------------------------------
+    // A vertical axis reads the imaginary part on polar and Smith grids.
+    virtual bool checkIsVerticalAxis() const { return false; }
+    // The axis of a curve's values: their unit seen through the complex conversion, the
+    // enumeration texts of an enumerated curve, the label and its scale factor.
+    void init(const wxCurveDescriptionBase& description, unsigned conversion);
+    // The axis of a curve's x values: the unit and name of its sweep variable. resetLabel also
+    // forgets a label and scale the user set.
+    void initSweep(const wxCurveDescriptionBase& description, bool resetLabel);
+    // Takes over another axis: view, scale, log flag, unit, label, scale factor and box.
+    void synchronizeAxis(const wxSinglePlotWidgetAxis& other);
+    // The other axis's unit, label and data range, on this axis's own pixels.
+    bool synchronizeAxis(const wxSinglePlotWidgetAxis& other, double pixelLow, double pixelHigh);
+    // A data range received from a linked plot; refused (nothing changes) like any view change.
+    bool synchronizeAxis(double min, double max, double pixelLow, double pixelHigh);
+    // A label the user chose; an empty text gives the automatic label back.
+    void resetLabel(const std::string& label);
+    // Forgets the user's label and scale: both follow the curves again.
+    void resetLabelAndScaleFactor();
+    void setScaleFactorByUser(double factor, const std::string& prefix);
+    bool checkLabelSetByUser() const { return mLabelSetByUser; }
+    bool checkScaleSetByUser() const { return mScaleSetByUser; }
+    // Label and scale factor for the visible range of the curve's unit (1e-9 s reads "ns"),
+    // unless the user fixed the scale; on polar and Smith grids their own labels.
+    void adjustScaleFactor(const wxCurveDescriptionBase& description, unsigned conversion);
+    // The quantity and unit texts the label is made of ("time", "s"), before the scale prefix.
+    const std::string& getAxisName() const { return mAxisName; }
+    const std::string& getUnitText() const { return mUnitText; }
+    const std::vector<std::string>& getEnumerationTexts() const { return mEnumerationTexts; }
+    void setEnumerationTexts(const std::vector<std::string>& texts) { mEnumerationTexts = texts; }
+    // The enumeration text of a whole value on an enumerated axis; false otherwise.
+    bool replaceByEnumStringValue(double value, std::string& text) const;
+
+    // A position the user typed: a number with an engineering suffix ("2.5u"), an expression of
+    // the calculator ("1u + 250n", "2*pi", "1e3/4"), on a time stamp axis also a date and time
+    // ("2026-11-24 08:30:00", "2026-11-24T08:30:00.25"). False with the reason in message.
+    bool evaluatePosition(const std::string& text, double& value, std::string& message) const;
+    // Date and clock time of a time stamp for readouts, in the axis's date format and time zone.
+    std::string convertTimeStampToString(double seconds, int precision = 0) const;
+    // The time zone text shown in the label of a date axis.
+    std::string getTimeZoneText() const;
+
     // --- time stamps (seconds since the epoch) ------------------------------------------------
     // Returns the time_stamp_class of the chosen distance; at most maxTicks ticks of that distance.
     static int computeTickDistanceTimeStamp(double min, double max, double& distance,
@@ -252,8 +298,12 @@ protected:
     double mPixelOfMin = 0.0;
     double mMax = 1.0;
     singlePlotWidgetAxis::cAxisSettings mSettings;
+    void updateLabel();
+
     std::string mLabel;
     std::vector<std::string> mLabelLines;
+    std::string mAxisName;
+    std::string mUnitText;
     std::string mScaleFactorPrefix;
     double mLabelScaleFactor = 1.0;
     double mNormalizingImpedance = 50.0;
