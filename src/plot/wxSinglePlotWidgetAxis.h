@@ -269,6 +269,11 @@ public:
     std::string convertTimeStampToStringForAxes(double seconds, int timeStampClass,
                                                 int precision) const;
     void computeAxesTicksTimeStamp(const wxAxisTextMetricsVirtual& metrics, double pixelHigh);
+    // Ticks on the first days of months, or of years, for views of months and longer; false
+    // (nothing changed) beyond the years the calendar covers.
+    bool computeAxesTicksCalendar(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double maxTicks);
+    // The first instant of month monthIndex counted from January of year 0 (year * 12 + month - 1).
+    double convertCalendarMonthToTimeStamp(int64_t monthIndex) const;
 
 protected:
     // The space one label needs along the axis, from the measured text.
