@@ -157,6 +157,18 @@ public:
     bool scrollLinear(double distance);
     bool scroll(double pixels);
     bool updateScaleForLogAxis(double min, double max, double pixelLow, double pixelHigh);
+
+    // --- scroll bar ----------------------------------------------------------------------------
+    // The view shows the whole bounding box (to a rounding).
+    bool checkIsUnzoomed() const;
+    // Part of the box lies outside the view.
+    bool checkNeedsScrollBar() const;
+    // The scroll bar of the view within the box and the view together, in steps of
+    // scroll_bar_range (decades on a log axis): the first step shown and the steps shown.
+    static constexpr int scroll_bar_range = 10000;
+    void getScrollBarSize(int& position, int& thumbSize) const;
+    // Centres the view on value, keeping its width, as far as the zoom limit lets it.
+    bool clickScrollToPosition(double value);
     void computeMinMaxUpdate(double pixelLow, double pixelHigh);
 
     // --- numbers as text ---------------------------------------------------------------------

@@ -257,3 +257,85 @@ TEST(axisLabel, SynchronizedAxesShareRangeUnitAndLabel)
     EXPECT_TRUE(narrow.checkIsLog());
     EXPECT_NEAR(narrow.toDouble(400.0), std::sqrt(10.0 * 1e5), 1e-6);
 }
+
+TEST(axisLabel, EnumeratedAxisLabelsItsStates)
+{
+    const zwplot::cFixedWidthMetrics metrics;
+    wxSinglePlotWidgetYAxis y;
+    y.setEnumerationTexts({"idle", "busy", "done", "error"});
+    ASSERT_TRUE(y.setView(-0.25, 3.25, 0.0, 300.0));
+    y.computeAxesTicks(metrics, 300.0);
+    std::vector<std::string> labels;
+    for (const auto& tick : y.getTicks())
+        if (!tick.text.empty()) {
+            EXPECT_NEAR(tick.value, std::round(tick.value), 1e-9) << tick.text;
+            labels.push_back(tick.text);
+        }
+    EXPECT_EQ(labels, (std::vector<std::string>{"idle", "busy", "done", "error"}));
+    // Without texts the same view shows numbers.
+    y.setEnumerationTexts({});
+    y.computeAxesTicks(metrics, 300.0);
+    int numbers = 0;
+    for (const auto& tick : y.getTicks())
+        numbers += tick.text.empty() ? 0 : 1;
+    EXPECT_GE(numbers, 4);
+}
+
+TEST(axisScrollBar, ThumbAndPositionFollowTheView)
+{
+    wxSinglePlotWidgetXAxis axis;
+    axis.setBoundingBox(0.0, 100.0);
+    ASSERT_TRUE(axis.setView(0.0, 100.0, 0.0, 500.0));
+    EXPECT_TRUE(axis.checkIsUnzoomed());
+    EXPECT_FALSE(axis.checkNeedsScrollBar());
+    int position = -1, thumb = -1;
+    axis.getScrollBarSize(position, thumb);
+    EXPECT_EQ(position, 0);
+    EXPECT_EQ(thumb, wxSinglePlotWidgetAxis::scroll_bar_range);
+
+    ASSERT_TRUE(axis.setView(25.0, 50.0, 0.0, 500.0));
+    EXPECT_FALSE(axis.checkIsUnzoomed());
+    EXPECT_TRUE(axis.checkNeedsScrollBar());
+    axis.getScrollBarSize(position, thumb);
+    EXPECT_EQ(position, 2500);
+    EXPECT_EQ(thumb, 2500);
+    // A click on the bar centres the view there, keeping its width; the zoom limit holds it in.
+    EXPECT_TRUE(axis.clickScrollToPosition(80.0));
+    EXPECT_DOUBLE_EQ(axis.getMin(), 67.5);
+    EXPECT_DOUBLE_EQ(axis.getMax(), 92.5);
+    EXPECT_TRUE(axis.clickScrollToPosition(1000.0));
+    EXPECT_DOUBLE_EQ(axis.getMax() - axis.getMin(), 25.0);
+    EXPECT_LE(axis.getMax(), 100.0 + 0.01 * 25.0 + 1e-9);
+    axis.getScrollBarSize(position, thumb);
+    EXPECT_EQ(position + thumb, wxSinglePlotWidgetAxis::scroll_bar_range);
+    EXPECT_FALSE(axis.clickScrollToPosition(NAN));
+    // A deep zoom keeps a thumb to grab.
+    ASSERT_TRUE(axis.setView(50.0, 50.0 + 1e-9, 0.0, 500.0));
+    axis.getScrollBarSize(position, thumb);
+    EXPECT_EQ(thumb, 1);
+    EXPECT_EQ(position, 5000);
+    // A view beyond the box: the bar spans both.
+    singlePlotWidgetAxis::cAxisSettings free;
+    free.zoomLimit = false;
+    wxSinglePlotWidgetXAxis wide(free);
+    wide.setBoundingBox(0.0, 100.0);
+    ASSERT_TRUE(wide.setView(50.0, 200.0, 0.0, 500.0));
+    wide.getScrollBarSize(position, thumb);
+    EXPECT_EQ(position, 2500);
+    EXPECT_EQ(thumb, 7500);
+
+    // Log axes scroll by decades.
+    wxSinglePlotWidgetXAxis log;
+    log.setLog(true);
+    log.setBoundingBox(1.0, 1e6);
+    ASSERT_TRUE(log.setView(10.0, 1000.0, 0.0, 600.0));
+    log.getScrollBarSize(position, thumb);
+    EXPECT_EQ(position, 1667);
+    EXPECT_EQ(thumb, 3333);
+    EXPECT_TRUE(log.clickScrollToPosition(1e4));
+    EXPECT_NEAR(std::log10(log.getMin()), 3.0, 1e-9);
+    EXPECT_NEAR(std::log10(log.getMax()), 5.0, 1e-9);
+    EXPECT_FALSE(log.clickScrollToPosition(-1.0));
+    ASSERT_TRUE(log.setView(1.0, 1e6, 0.0, 600.0));
+    EXPECT_TRUE(log.checkIsUnzoomed());
+}
