@@ -130,7 +130,7 @@ void compareWithReference(const QImage& image, const QString& name)
             const int want = expected[x].count(c) ? expected[x].at(c) : 0;
             const int got = actual[x].count(c) ? actual[x].at(c) : 0;
             // A label of another font may cover a pixel or two of a line.
-            if (std::abs(want - got) > 2 + want / 20) {
+            if (std::abs(want - got) > 2 + want / 50) {
                 ++differingColumns;
                 ADD_FAILURE() << name.toStdString() << " column " << x << " colour " << std::hex << c << std::dec
                               << ": " << got << " pixels, reference " << want;

@@ -181,7 +181,9 @@ std::vector<QRectF> drawPolarAxis(const wxSinglePlotWidgetAxis& axis, qtVxBuffer
     drawAngleLabels(axis, context, drawn);
     const double y = frame.centreY - label_gap;
     for (const cTickLabel& tick : axis.getTicks()) {
-        if (tick.text.empty() || !std::isfinite(tick.position) || tick.position > frame.radius + 0.5)
+        // The centre needs no "0.0": its label would sit on the vertical zero line.
+        if (tick.text.empty() || !std::isfinite(tick.position) || tick.position < 0.5 ||
+            tick.position > frame.radius + 0.5)
             continue;
         const double x = frame.centreX + tick.position;
         const QRectF box = context.measureText(tick.text, x, y, qtVxBufferedDrawContext::anchor_top_centre);

@@ -44,8 +44,8 @@ void drawPolarGridCoarse(const wxSinglePlotWidgetAxis& axis, qtVxBufferedDrawCon
                          const cPolarFrame& frame, const vxDrawContext::cVxPen& pen);
 void drawPolarGridZero(const wxSinglePlotWidgetAxis& axis, qtVxBufferedDrawContext& context,
                        const cPolarFrame& frame, const vxDrawContext::cVxPen& pen);
-// The outer circle, radius labels under the positive real axis and the angle labels, in the
-// pen set on the context. Returns the boxes of the labels drawn; touching ones are left out.
+// The outer circle, radius labels under the positive real axis (none at the centre) and the
+// angle labels, in the pen set on the context. Returns the boxes of the labels drawn; touching ones are left out.
 std::vector<QRectF> drawPolarAxis(const wxSinglePlotWidgetAxis& axis, qtVxBufferedDrawContext& context,
                                   const cPolarFrame& frame);
 
