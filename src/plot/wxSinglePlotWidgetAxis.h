@@ -62,6 +62,11 @@ struct cAxisSettings {
     double tickCrossSize = 1.0;     // configured size; the cross is this * 6 pixels
     bool timeStampLocalTime = true; // time stamp labels in local time, else in UTC
     std::string timeZoneText;       // shown in the label of a date axis; empty: the system's zone name
+    // The colours of an axis by its state (0xrrggbb): plain, or showing offsets from one value.
+    unsigned axisColour = 0x000000;
+    unsigned disabledAxisColour = 0xa0a0a0;
+    unsigned deltaAxisColour = 0x0000c0;
+    unsigned disabledDeltaAxisColour = 0x9090d0;
 };
 
 // Classes of a time stamp axis's range, from the tick distance.
@@ -263,6 +268,10 @@ public:
     void setEnumerationTexts(const std::vector<std::string>& texts) { mEnumerationTexts = texts; }
     // The enumeration text of a whole value on an enumerated axis; false otherwise.
     bool replaceByEnumStringValue(double value, std::string& text) const;
+
+    // The colour the axis is drawn in: a delta axis (one value and offsets) stands out, an axis
+    // of a plot that isn't the active one is greyed.
+    unsigned getCorrespondingColor(bool enabled) const;
 
     // A position the user typed: a number with an engineering suffix ("2.5u"), an expression of
     // the calculator ("1u + 250n", "2*pi", "1e3/4"), on a time stamp axis also a date and time

@@ -174,6 +174,14 @@ void wxSinglePlotWidgetAxis::resetLabelAndScaleFactor()
     updateLabel();
 }
 
+unsigned wxSinglePlotWidgetAxis::getCorrespondingColor(bool enabled) const
+{
+    const bool delta = mDeltaReferenceIndex >= 0;
+    if (enabled)
+        return delta ? mSettings.deltaAxisColour : mSettings.axisColour;
+    return delta ? mSettings.disabledDeltaAxisColour : mSettings.disabledAxisColour;
+}
+
 bool wxSinglePlotWidgetAxis::replaceByEnumStringValue(double value, std::string& text) const
 {
     if (mEnumerationTexts.empty() || !std::isfinite(value) || value < 0.0 || value != std::floor(value) ||

@@ -281,6 +281,28 @@ TEST(axisLabel, EnumeratedAxisLabelsItsStates)
     EXPECT_GE(numbers, 4);
 }
 
+TEST(axisLabel, DeltaAxesAndDisabledAxesHaveTheirColours)
+{
+    const zwplot::cFixedWidthMetrics metrics;
+    singlePlotWidgetAxis::cAxisSettings settings;
+    settings.axisColour = 0x010101;
+    settings.disabledAxisColour = 0x020202;
+    settings.deltaAxisColour = 0x030303;
+    settings.disabledDeltaAxisColour = 0x040404;
+    wxSinglePlotWidgetYAxis y(settings);
+    ASSERT_TRUE(y.setView(-1.0, 3.0, 0.0, 400.0));
+    y.computeAxesTicks(metrics, 400.0);
+    ASSERT_EQ(y.getDeltaReferenceIndex(), -1);
+    EXPECT_EQ(y.getCorrespondingColor(true), 0x010101u);
+    EXPECT_EQ(y.getCorrespondingColor(false), 0x020202u);
+    // 1e-12 wide around 1000: one value and offsets, and the colour says so.
+    ASSERT_TRUE(y.setView(1000.0 - 5e-13, 1000.0 + 5e-13, 0.0, 400.0));
+    y.computeAxesTicks(metrics, 400.0);
+    ASSERT_GE(y.getDeltaReferenceIndex(), 0);
+    EXPECT_EQ(y.getCorrespondingColor(true), 0x030303u);
+    EXPECT_EQ(y.getCorrespondingColor(false), 0x040404u);
+}
+
 TEST(axisScrollBar, ThumbAndPositionFollowTheView)
 {
     wxSinglePlotWidgetXAxis axis;
