@@ -59,8 +59,7 @@ cPlotWidgetCommon::cPlotWidgetCommon(const cVxLogger& logger, wxAnalogPlotVirtua
     setSettings(mSettings);
     applyAxisPixels();
     computeBoundingBox();
-    fitImpl(0.0, 1.0, 0.0, 1.0, 0.0, 1.0, false, false, false);
-    mUnzoomed = true;
+    unzoom(false);  // an empty plot shows its default boxes as if they held curves
 }
 
 cPlotWidgetCommon::~cPlotWidgetCommon() = default;

@@ -302,16 +302,22 @@ bool cPlotWidgetCommon::fitImpl(double x0, double x1, double y0Min, double y0Max
         return refuse();
     if (x1 < x0 || y0Max < y0Min || (y1Checked && y1Max < y1Min))
         return refuse();
+    // A bound of the largest value is refused as asked, before the limit could pull it in.
+    auto checkTooLarge = [&]() {
+        for (double value : {x0, x1, y0Min, y0Max})
+            if (std::fabs(value) >= largest_zoom_value)
+                return true;
+        return y1Checked && (std::fabs(y1Min) >= largest_zoom_value || std::fabs(y1Max) >= largest_zoom_value);
+    };
+    if (checkTooLarge())
+        return refuse();
     if (limit) {
         mXAxis.limitZoomRange(x0, x1);
         mY0Axis.limitZoomRange(y0Min, y0Max);
         if (y1Checked)
             mY1Axis.limitZoomRange(y1Min, y1Max);
     }
-    for (double value : {x0, x1, y0Min, y0Max})
-        if (std::fabs(value) >= largest_zoom_value)
-            return refuse();
-    if (y1Checked && (std::fabs(y1Min) >= largest_zoom_value || std::fabs(y1Max) >= largest_zoom_value))
+    if (checkTooLarge())
         return refuse();
     if (y0Max - y0Min < smallest_zoom_range || (y1Checked && y1Max - y1Min < smallest_zoom_range))
         return refuse();
