@@ -203,6 +203,10 @@ protected:
     // The mouse is pressed on the plot or auto-scroll runs: a sliding window waits.
     virtual bool plotCheckUserIsBusy() const { return false; }
 
+    // The axes map onto the curves' bitmap (origin 0, no axis margins) while curves are drawn into
+    // it, and onto the widget's canvas otherwise; the view itself doesn't change.
+    void setAxesToBitmapOrigin(bool toBitmap);
+
     void printMessage(const std::string& text) const;
     void printMaxZoomReached() const;
 

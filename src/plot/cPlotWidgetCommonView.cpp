@@ -82,6 +82,18 @@ void cPlotWidgetCommon::applyAxisPixels()
     mY1Axis.setView(mY1Axis.getMin(), mY1Axis.getMax(), mLayout.yLow, mLayout.yHigh);
 }
 
+void cPlotWidgetCommon::setAxesToBitmapOrigin(bool toBitmap)
+{
+    if (!toBitmap) {
+        applyAxisPixels();
+        return;
+    }
+    const double width = mLayout.xHigh - mLayout.xLow, height = mLayout.yHigh - mLayout.yLow;
+    mXAxis.setView(mXAxis.getMin(), mXAxis.getMax(), 0.0, width);
+    mY0Axis.setView(mY0Axis.getMin(), mY0Axis.getMax(), 0.0, height);
+    mY1Axis.setView(mY1Axis.getMin(), mY1Axis.getMax(), 0.0, height);
+}
+
 wxSinglePlotViewPort cPlotWidgetCommon::getCurrentView() const
 {
     wxSinglePlotViewPort view{mXAxis.getMin(), mXAxis.getMax(), mY0Axis.getMin(), mY0Axis.getMax()};

@@ -1,0 +1,261 @@
+#include "plot/qt/wxSinglePlotWidgetImpl.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "model/cCurvePlotDataSection.h"
+#include "model/cCurvePlotVariable.h"
+#include "model/dataUnit.h"
+#include "plot/qt/qtVxAxisDrawing.h"
+
+namespace vx3 {
+
+using namespace plotBuffer;
+using namespace singlePlotWidgetImpl;
+
+wxSinglePlotWidgetImpl::wxSinglePlotWidgetImpl(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger,
+                                               wxAnalogPlotVirtual* page, int windowType)
+    : qtVxWidget(parent), cPlotWidgetCommon(logger, page, windowType), mDataMutex(dataMutex)
+{
+    mBuffer.setBackgroundColour(mLook.background);
+}
+
+wxSinglePlotWidgetImpl::~wxSinglePlotWidgetImpl() = default;
+
+void wxSinglePlotWidgetImpl::setLook(const cPlotLook& look)
+{
+    mLook = look;
+    mBuffer.setBackgroundColour(look.background);
+    mBuffer.setFullRedrawRequired();
+    refresh();
+}
+
+void wxSinglePlotWidgetImpl::setAxisTitles(const std::string& x, const std::string& y0)
+{
+    mXTitle = x;
+    mY0Title = y0;
+    mBuffer.setCompleteBufferAxesRedrawRequired();
+    refresh();
+}
+
+// --- hooks of the plot's arithmetic ---------------------------------------------------------------
+
+void wxSinglePlotWidgetImpl::plotRequestFullRedraw()
+{
+    mBuffer.setFullRedrawRequired();
+    refresh();
+}
+
+void wxSinglePlotWidgetImpl::plotRequestAddedCurve()
+{
+    mBuffer.setAddedCurve();
+    refresh();
+}
+
+void wxSinglePlotWidgetImpl::plotRequestScroll(double dxPixels, double dyPixels)
+{
+    if (dxPixels != 0.0)
+        mBuffer.scrollX(static_cast<int>(dxPixels));
+    if (dyPixels != 0.0)
+        mBuffer.scrollY(static_cast<int>(dyPixels));
+    refresh();
+}
+
+void wxSinglePlotWidgetImpl::plotStartTimer(int id, int milliseconds)
+{
+    startEventTimer(id, milliseconds, true);
+}
+
+void wxSinglePlotWidgetImpl::onEventTimer(int id)
+{
+    switch (id) {
+    case plotWidgetCommon::timer_scheduled_operation: timerEventForScheduledOperation(); break;
+    case plotWidgetCommon::timer_sliding_window_pause: slidingWindowPauseEnded(); break;
+    case timer_paint_retry: refresh(); break;
+    default: break;
+    }
+}
+
+// --- painting -------------------------------------------------------------------------------------
+
+void wxSinglePlotWidgetImpl::onPaint(QPainter& painter)
+{
+    paint(width(), height(), devicePixelRatioF());
+    painter.drawImage(QPointF(0.0, 0.0), mPicture.getImage());
+}
+
+void wxSinglePlotWidgetImpl::updateLayout(int width, int height)
+{
+    plotWidgetCommon::cCanvasLayout layout;
+    layout.xLow = mLook.leftMargin;
+    layout.xHigh = std::max<double>(width - mLook.rightMargin, layout.xLow + 1.0);
+    layout.yLow = mLook.bottomMargin;
+    layout.yHigh = std::max<double>(height - mLook.topMargin, layout.yLow + 1.0);
+    setCanvasLayout(layout);
+}
+
+bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
+{
+    ++mPaints;
+    mPicture.resize(std::max(width, 1), std::max(height, 1), ratio);
+    mPicture.fill(mLook.background);
+    const int canvasWidth = width - mLook.leftMargin - mLook.rightMargin;
+    const int canvasHeight = height - mLook.bottomMargin - mLook.topMargin;
+    if (canvasWidth <= 0 || canvasHeight <= 0)
+        return true;  // no room for a canvas: nothing but the background
+    updateLayout(width, height);
+    mBuffer.resizeBuffer(canvasWidth, canvasHeight, ratio);
+
+    if (mBuffer.checkNeedsCurves())
+        drawCurvesIntoBuffer();
+    const bool complete = mBuffer.getStatus() == status_complete;
+
+    // The curves' bitmap at the canvas, then the axes around it.
+    {
+        QPainter painter(&mPicture.getImage());
+        painter.drawImage(QPointF(mLook.leftMargin, mLook.topMargin), mBuffer.bitmap().getImage());
+    }
+    qtVxBufferedDrawContextInverted context(mPicture);
+    const plotWidgetCommon::cCanvasLayout& layout = getCanvasLayout();
+    const qtVxAxisDrawing::cAxisFrame frame{layout.xLow, layout.yLow, layout.xHigh, layout.yHigh};
+    yAxis(0).setMaxTextWidth(mLook.leftMargin - 24.0);
+    xAxis().computeAxesTicks(context, layout.xHigh);
+    yAxis(0).computeAxesTicks(context, layout.yHigh);
+    context.setPen(vxDrawContext::cVxPen{mLook.axisColour, 1, vxDrawContext::solid_pen});
+    qtVxAxisDrawing::draw(xAxis(), context, frame, computeXTitle());
+    qtVxAxisDrawing::draw(yAxis(0), context, frame, computeY0Title());
+    // The top and right edges close the frame.
+    context.drawLine(frame.left, frame.top, frame.right, frame.top);
+    context.drawLine(frame.right, frame.bottom, frame.right, frame.top);
+
+    if (complete) {
+        mBuffer.setDrawingComplete();
+    } else {
+        // A reader held the data: the curves come with a later paint.
+        mBuffer.setChangedSomething();
+        startEventTimer(timer_paint_retry, paint_retry_ms, true);
+    }
+    return complete;
+}
+
+void wxSinglePlotWidgetImpl::drawCurvesIntoBuffer()
+{
+    qtVxBitmap& bitmap = mBuffer.bitmap();
+    if (mBuffer.getStatus() == status_none) {
+        bitmap.fill(mLook.background);
+        mBuffer.setStatus(status_bg);
+        mBuffer.setCurvesPainted(0);
+    }
+    double x0, x1, y0, y1;
+    mBuffer.adjustForScrolledBuffer(x0, x1, y0, y1);
+    qtVxBufferedDrawContextInverted context(bitmap);
+    context.setClipRectangle(x0, y0, x1, y1);
+    // While curves are drawn the axes map onto the bitmap itself.
+    setAxesToBitmapOrigin(true);
+    if (mBuffer.getCurvesPainted() == 0 && mBuffer.getStatus() != status_add_curve)
+        drawGrid(context, x0, x1, y0, y1);
+    else if (mBuffer.checkIsScrolled() && mBuffer.getCurvesPainted() == 0)
+        drawGrid(context, x0, x1, y0, y1);
+    xAxis().computeMinMaxUpdate(x0, x1);
+    yAxis(0).computeMinMaxUpdate(y0, y1);
+    yAxis(1).computeMinMaxUpdate(y0, y1);
+    {
+        cVxScopedTryLock lock(mDataMutex);
+        if (lock.checkIsLocked()) {
+            const std::vector<wxSinglePlotWidgetData>& curves = getCurves();
+            for (size_t i = mBuffer.getCurvesPainted(); i < curves.size(); ++i)
+                drawCurve(context, curves[i]);
+            mBuffer.setCurvesPainted(curves.size());
+            mBuffer.setStatus(status_complete);
+        } else if (mBuffer.getStatus() == status_bg) {
+            // Cleared and gridded: the next paint adds the curves without clearing again.
+            mBuffer.setStatus(status_add_curve);
+        }
+    }
+    setAxesToBitmapOrigin(false);
+}
+
+void wxSinglePlotWidgetImpl::drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0,
+                                      double y1)
+{
+    const double width = mBuffer.bitmap().getWidth(), height = mBuffer.bitmap().getHeight();
+    xAxis().computeAxesTicks(context, width);
+    yAxis(0).setMaxTextWidth(mLook.leftMargin - 24.0);
+    yAxis(0).computeAxesTicks(context, height);
+    const qtVxAxisDrawing::cAxisFrame frame{0.0, 0.0, width - 1.0, height - 1.0};
+    using vxDrawContext::cVxPen;
+    const cVxPen fine{mLook.fineGridColour, 1, vxDrawContext::solid_pen};
+    const cVxPen coarse{mLook.coarseGridColour, 1, vxDrawContext::solid_pen};
+    const cVxPen zero{mLook.zeroLineColour, 1, vxDrawContext::solid_pen};
+    qtVxAxisDrawing::drawGridFine(xAxis(), true, context, frame, fine);
+    qtVxAxisDrawing::drawGridFine(yAxis(0), false, context, frame, fine);
+    qtVxAxisDrawing::drawGridCoarse(xAxis(), true, context, frame, coarse);
+    qtVxAxisDrawing::drawGridCoarse(yAxis(0), false, context, frame, coarse);
+    qtVxAxisDrawing::drawGridZero(yAxis(0), false, context, frame, zero);
+}
+
+void wxSinglePlotWidgetImpl::drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve)
+{
+    ++mCurveDraws;
+    // A plain walk over the points in the update range, one segment each; replaced by the
+    // drawers' entry, which reduces each pixel column to one stroke.
+    const wxCurveDescription& description = curve.description();
+    if (!description.checkIsVariable() || !curve.checkRealPartShown())
+        return;
+    curvePlotFunctionArgs::cDataVectors vectors;
+    if (!description.curvePlotVariable().computeDataVectors(*description.getSection(), vectors) ||
+        !vectors.xDouble || !vectors.yDouble)
+        return;
+    const wxSinglePlotWidgetAxis& x = xAxis();
+    const wxSinglePlotWidgetAxis& y = yAxis(curve.getRealAxis());
+    context.setPen(description.style().getRealPen());
+    const double xmin = x.getUpdateMin(), xmax = x.getUpdateMax();
+    bool havePrevious = false;
+    double px = 0.0, py = 0.0;
+    for (uint64_t i = 0; i < vectors.count; ++i) {
+        const double xv = vectors.xDouble[i * vectors.xStride], yv = vectors.yDouble[i * vectors.yStride];
+        const bool inside = xv >= xmin && xv <= xmax;
+        const bool nextInside = i + 1 < vectors.count && vectors.xDouble[(i + 1) * vectors.xStride] >= xmin;
+        if (!inside && !(xv < xmin && nextInside) && !(xv > xmax && havePrevious)) {
+            havePrevious = false;
+            continue;
+        }
+        if (std::isnan(yv)) {
+            havePrevious = false;
+            continue;
+        }
+        const double cx = std::round(x.toInt(xv)), cy = std::round(y.toInt(yv));
+        if (havePrevious)
+            context.drawLine(px, py, cx, cy);
+        else if (vectors.count == 1)
+            context.drawPoint(cx, cy);
+        px = cx, py = cy;
+        havePrevious = true;
+        if (xv > xmax)
+            break;
+    }
+}
+
+std::string wxSinglePlotWidgetImpl::computeXTitle() const
+{
+    if (!mXTitle.empty() || getCurves().empty())
+        return mXTitle;
+    const wxCurveDescription& first = getCurves().front().description();
+    const char* unit = curvePlotDataType::unitToShortString(first.getSweepVariableUnitIdentifier());
+    const std::string name = first.getSweepVariableName();
+    return unit && *unit ? name + " [" + unit + "]" : name;
+}
+
+std::string wxSinglePlotWidgetImpl::computeY0Title() const
+{
+    if (!mY0Title.empty() || getCurves().empty())
+        return mY0Title;
+    const wxSinglePlotWidgetData& first = getCurves().front();
+    const char* unit = curvePlotDataType::unitToShortString(first.getRealUnit());
+    if (getCurves().size() == 1)
+        return unit && *unit ? first.description().getName() + " [" + unit + "]" : first.description().getName();
+    return unit && *unit ? std::string("[") + unit + "]" : std::string();
+}
+
+}  // namespace vx3
