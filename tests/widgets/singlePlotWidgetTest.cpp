@@ -192,3 +192,34 @@ TEST(SinglePlotWidget, AScrollShiftsTheBitmapAndDrawsOnlyTheStrip)
     EXPECT_LT(countDifferences(scrolled, fresh.getPicture()), 40u);
     EXPECT_GT(countColour(scrolled, curve_colour), 200u);
 }
+
+TEST(SinglePlotWidget, ACurveOfAnotherUnitOpensTheSecondAxisOnTheRight)
+{
+    cCurves curves;
+    std::vector<double> current(2000);
+    for (size_t i = 0; i < current.size(); ++i)
+        current[i] = 2e-3 * std::sin(2.0 * M_PI * double(i) / 700.0);
+    const uint64_t amps = curves.tran.addReal("i(r1)", current, curvePlotDataType::ampere);
+    cCapturingLogger logger;
+    cVxMutex dataMutex("data");
+    wxSinglePlotWidgetImpl plot(nullptr, dataMutex, logger.logger);
+    ASSERT_TRUE(plot.addToPlot(curves.describe(curves.sine, curve_colour)));
+    ASSERT_TRUE(plot.paint(width, height));
+    auto inkRightOfCanvas = [&plot](int from) {
+        size_t ink = 0;
+        const QImage& picture = plot.getPicture();
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = from; x < picture.width(); ++x)
+                ink += (picture.pixel(x, y) & 0xffffffu) != 0xffffffu ? 1 : 0;
+        return ink;
+    };
+    EXPECT_EQ(inkRightOfCanvas(width - 19), 0u) << "one axis: nothing right of the frame";
+    ASSERT_TRUE(plot.addToPlot(curves.describe(amps, second_colour)));
+    ASSERT_TRUE(plot.checkY1Active());
+    ASSERT_TRUE(plot.paint(width, height));
+    // The canvas gave room on the right to the labels and title of the amperes.
+    EXPECT_GT(inkRightOfCanvas(width - 70), 200u);
+    EXPECT_GT(countColour(plot.getPicture(), second_colour), 500u);
+    EXPECT_TRUE(logger.log.messages.empty());
+    keepPicture(plot.getPicture(), "plot_two_axes");
+}

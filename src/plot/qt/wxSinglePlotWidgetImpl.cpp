@@ -89,7 +89,7 @@ void wxSinglePlotWidgetImpl::updateLayout(int width, int height)
 {
     plotWidgetCommon::cCanvasLayout layout;
     layout.xLow = mLook.leftMargin;
-    layout.xHigh = std::max<double>(width - mLook.rightMargin, layout.xLow + 1.0);
+    layout.xHigh = std::max<double>(width - getRightMargin(), layout.xLow + 1.0);
     layout.yLow = mLook.bottomMargin;
     layout.yHigh = std::max<double>(height - mLook.topMargin, layout.yLow + 1.0);
     setCanvasLayout(layout);
@@ -100,7 +100,7 @@ bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
     ++mPaints;
     mPicture.resize(std::max(width, 1), std::max(height, 1), ratio);
     mPicture.fill(mLook.background);
-    const int canvasWidth = width - mLook.leftMargin - mLook.rightMargin;
+    const int canvasWidth = width - mLook.leftMargin - getRightMargin();
     const int canvasHeight = height - mLook.bottomMargin - mLook.topMargin;
     if (canvasWidth <= 0 || canvasHeight <= 0)
         return true;  // no room for a canvas: nothing but the background
@@ -124,10 +124,12 @@ bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
     yAxis(0).computeAxesTicks(context, layout.yHigh);
     context.setPen(vxDrawContext::cVxPen{mLook.axisColour, 1, vxDrawContext::solid_pen});
     qtVxAxisDrawing::draw(xAxis(), context, frame, computeXTitle());
-    qtVxAxisDrawing::draw(yAxis(0), context, frame, computeY0Title());
-    // The top and right edges close the frame.
+    qtVxAxisDrawing::draw(yAxis(0), context, frame, computeYTitle(0));
+    // The top and right edges close the frame; a second axis stands on the right one.
     context.drawLine(frame.left, frame.top, frame.right, frame.top);
     context.drawLine(frame.right, frame.bottom, frame.right, frame.top);
+    if (checkY1Active())
+        drawRightYAxis(context, frame.right, frame.bottom, frame.top);
 
     if (complete) {
         mBuffer.setDrawingComplete();
@@ -247,15 +249,74 @@ std::string wxSinglePlotWidgetImpl::computeXTitle() const
     return unit && *unit ? name + " [" + unit + "]" : name;
 }
 
-std::string wxSinglePlotWidgetImpl::computeY0Title() const
+std::string wxSinglePlotWidgetImpl::computeYTitle(int axis) const
 {
-    if (!mY0Title.empty() || getCurves().empty())
+    if (axis == 0 && !mY0Title.empty())
         return mY0Title;
-    const wxSinglePlotWidgetData& first = getCurves().front();
-    const char* unit = curvePlotDataType::unitToShortString(first.getRealUnit());
-    if (getCurves().size() == 1)
-        return unit && *unit ? first.description().getName() + " [" + unit + "]" : first.description().getName();
-    return unit && *unit ? std::string("[") + unit + "]" : std::string();
+    // The name of the one curve part on the axis, else the unit the parts share.
+    const wxSinglePlotWidgetData* only = nullptr;
+    int parts = 0;
+    unsigned unit = 0;
+    for (const wxSinglePlotWidgetData& curve : getCurves()) {
+        if (curve.checkRealPartShown() && curve.getRealAxis() == axis)
+            ++parts, only = &curve, unit = curve.getRealUnit();
+        if (curve.checkImagPartShown() && curve.getImagAxis() == axis)
+            ++parts, only = &curve, unit = curve.getImagUnit();
+    }
+    if (parts == 0)
+        return std::string();
+    const char* text = curvePlotDataType::unitToShortString(unit);
+    const std::string bracket = text && *text ? std::string("[") + text + "]" : std::string();
+    if (parts == 1)
+        return bracket.empty() ? only->description().getName() : only->description().getName() + " " + bracket;
+    return bracket;
+}
+
+int wxSinglePlotWidgetImpl::getRightMargin() const
+{
+    return checkY1Active() ? mLook.leftMargin : mLook.rightMargin;
+}
+
+void wxSinglePlotWidgetImpl::drawRightYAxis(qtVxBufferedDrawContextInverted& context, double right, double bottom,
+                                            double top)
+{
+    wxSinglePlotWidgetYAxis& axis = yAxis(1);
+    axis.setMaxTextWidth(mLook.leftMargin - 24.0);
+    axis.computeAxesTicks(context, top);
+    std::vector<QRectF> drawn;
+    double rightmost = right + qtVxAxisDrawing::labelled_tick_length + qtVxAxisDrawing::label_gap;
+    for (const singlePlotWidgetAxis::cTickLabel& tick : axis.getTicks()) {
+        if (!std::isfinite(tick.position) || tick.position < bottom - 0.5 || tick.position > top + 0.5)
+            continue;
+        const bool labelled = tick.kind != singlePlotWidgetAxis::tick_subdivision;
+        context.drawLine(right + 1.0, tick.position,
+                         right + (labelled ? qtVxAxisDrawing::labelled_tick_length
+                                           : qtVxAxisDrawing::subdivision_tick_length),
+                         tick.position);
+        if (tick.text.empty())
+            continue;
+        // Anchored at its top left, half a line above the tick: vertically centred on it.
+        const double x = right + qtVxAxisDrawing::labelled_tick_length + qtVxAxisDrawing::label_gap;
+        const double y = tick.position + 0.5 * context.getTextHeight(tick.text);
+        const QRectF box = context.measureText(tick.text, x, y, qtVxBufferedDrawContext::anchor_top_left);
+        bool fits = box.left() >= 0.0 && box.right() <= context.getWidth() && box.top() >= 0.0 &&
+                    box.bottom() <= context.getHeight();
+        for (const QRectF& other : drawn)
+            fits = fits && !box.intersects(other);
+        if (!fits)
+            continue;
+        drawn.push_back(context.drawText(tick.text, x, y, qtVxBufferedDrawContext::anchor_top_left));
+        rightmost = std::max(rightmost, drawn.back().right());
+    }
+    const std::string title = computeYTitle(1);
+    if (title.empty())
+        return;
+    // Turned to read upwards like the left title, beyond the widest label.
+    const double x = rightmost + qtVxAxisDrawing::label_gap;
+    const double y = (bottom + top) / 2;
+    const QRectF box = context.measureText(title, x, y, qtVxBufferedDrawContext::anchor_top_centre, 90.0);
+    if (box.right() <= context.getWidth() && box.left() >= 0.0)
+        context.drawText(title, x, y, qtVxBufferedDrawContext::anchor_top_centre, 90.0);
 }
 
 }  // namespace vx3

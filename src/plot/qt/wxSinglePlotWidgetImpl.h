@@ -72,8 +72,11 @@ private:
     void drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0, double y1);
     // Draws one curve over the strip the axes' update range names.
     void drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve);
+    // The second Y axis stands on the right of the canvas, its labels right of its ticks.
+    void drawRightYAxis(qtVxBufferedDrawContextInverted& context, double right, double bottom, double top);
+    int getRightMargin() const;
     std::string computeXTitle() const;
-    std::string computeY0Title() const;
+    std::string computeYTitle(int axis) const;
 
     cVxMutex& mDataMutex;
     singlePlotWidgetImpl::cPlotLook mLook;
