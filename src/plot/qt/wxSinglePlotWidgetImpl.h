@@ -55,6 +55,9 @@ public:
     // Counters for tests and benchmarks: paints, and curves drawn into the bitmap.
     uint64_t getPaintCount() const { return mPaints; }
     uint64_t getCurveDrawCount() const { return mCurveDraws; }
+    // Forget the bitmap (configuration changed); or only the picture around it (a ruler moved).
+    void plotWidgetRedrawAll() { plotRequestFullRedraw(); }
+    void plotWidgetRedrawFrame() { mBuffer.setCompleteBufferAxesRedrawRequired(); refresh(); }
     // The X and Y titles shown under and beside the axes.
     void setAxisTitles(const std::string& x, const std::string& y0);
 
