@@ -100,6 +100,11 @@ int cPlotWidgetCommon::getCorrespondingAxis(const wxCurveDescription& descriptio
 void cPlotWidgetCommon::initialiseXAxisFrom(const wxSinglePlotWidgetData& curve)
 {
     mXAxis.setDataUnitIdentifier(curve.getXUnit());
+    // Logarithmically spaced X (an AC sweep) reads best on a log axis, if all of it is positive.
+    const wxCurveDescription& description = curve.description();
+    const bool log = description.checkIsVariable() && curve.getMinX() > 0.0 &&
+                     description.curvePlotVariable().checkForLogarithmicScale(*description.getSection());
+    mXAxis.setLog(log);
     mY0Axis.setDataUnitIdentifier(curve.checkRealPartShown() ? curve.getRealUnit() : curve.getImagUnit());
     mY1Active = false;
     if (mPage)
@@ -432,6 +437,7 @@ void cPlotWidgetCommon::clear()
 {
     mCurves.clear();
     mY1Active = false;
+    mXAxis.setLog(false);
     mXAxis.setDataUnitIdentifier(0);
     mY0Axis.setDataUnitIdentifier(0);
     mY1Axis.setDataUnitIdentifier(0);

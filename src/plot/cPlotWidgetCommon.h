@@ -171,6 +171,9 @@ public:
     // Moves the view by pixels (positive: the curves move left / down); false when it can't move.
     bool scrollXPixels(double pixels, bool recordViewPort = true);
     bool scrollYPixels(int axis, double pixels);
+    // Switches the X axis between logarithmic and linear and unzooms X; false when the curves'
+    // X values can't go on a log axis (none positive).
+    bool enableLogXAxis(bool log);
     // The fixed point of zooms: kind 0 = the mouse is not over the plot (canvas centre).
     void setMousePosition(int kind, double x, double y);
 

@@ -26,6 +26,33 @@ struct cRange {
     }
 };
 
+// The zoom limit of a log axis, on decades: the view may leave the box by a share of its decades.
+void limitLogZoomRange(const wxSinglePlotWidgetAxis& axis, double& min, double& max)
+{
+    if (!axis.getSettings().zoomLimit || !(min > 0.0) || !(max >= min) || !(axis.getBoundingBoxMin() > 0.0) ||
+        !(axis.getBoundingBoxMax() >= axis.getBoundingBoxMin()))
+        return;
+    const double boxMin = std::log10(axis.getBoundingBoxMin()), boxMax = std::log10(axis.getBoundingBoxMax());
+    double low = std::log10(min), high = std::log10(max);
+    const double margin = axis.getZoomLimitMargin() * (boxMax - boxMin);
+    const double allowedMin = boxMin - margin, allowedMax = boxMax + margin;
+    const double width = high - low;
+    if (width >= allowedMax - allowedMin) {
+        low = allowedMin;
+        high = allowedMax;
+    } else if (low < allowedMin) {
+        low = allowedMin;
+        high = allowedMin + width;
+    } else if (high > allowedMax) {
+        high = allowedMax;
+        low = allowedMax - width;
+    } else {
+        return;  // inside: the values stay exactly as given
+    }
+    min = std::pow(10.0, low);
+    max = std::pow(10.0, high);
+}
+
 bool checkDiffers(const wxSinglePlotWidgetAxis& axis, double min, double max)
 {
     return axis.getMin() != min || axis.getMax() != max;
@@ -324,7 +351,10 @@ bool cPlotWidgetCommon::fitImpl(double x0, double x1, double y0Min, double y0Max
     if (checkTooLarge())
         return refuse();
     if (limit) {
-        mXAxis.limitZoomRange(x0, x1);
+        if (mXAxis.checkIsLog())
+            limitLogZoomRange(mXAxis, x0, x1);
+        else
+            mXAxis.limitZoomRange(x0, x1);
         mY0Axis.limitZoomRange(y0Min, y0Max);
         if (y1Checked)
             mY1Axis.limitZoomRange(y1Min, y1Max);
@@ -405,6 +435,33 @@ void cPlotWidgetCommon::syncAfterScrolling(bool addViewPortFlag)
 }
 
 // --- zoom -----------------------------------------------------------------------------------------
+
+bool cPlotWidgetCommon::enableLogXAxis(bool log)
+{
+    if (log == mXAxis.checkIsLog())
+        return true;
+    if (log && !mCurves.empty()) {
+        bool positive = false;
+        for (const wxSinglePlotWidgetData& curve : mCurves)
+            positive = positive || curve.getMaxX() > 0.0;
+        if (!positive)
+            return false;
+    }
+    const double x0 = mXAxis.getMin(), x1 = mXAxis.getMax();
+    mXAxis.setLog(log);
+    computeBoundingBox();
+    double min, max;
+    computeUnzoomRange(mXAxis, min, max, log);
+    if (!fitImpl(min, max, mY0Axis.getMin(), mY0Axis.getMax(), mY1Axis.getMin(), mY1Axis.getMax(), true, true,
+                 true)) {
+        mXAxis.setLog(!log);
+        mXAxis.setView(x0, x1, mLayout.xLow, mLayout.xHigh);
+        computeBoundingBox();
+        return false;
+    }
+    plotRequestFullRedraw();
+    return true;
+}
 
 void cPlotWidgetCommon::setMousePosition(int kind, double x, double y)
 {

@@ -118,6 +118,39 @@ void qtVxBufferedDrawContext::drawRectangle(double x1, double y1, double x2, dou
     drawPolyline({QPointF(x1, y1), QPointF(x2, y1), QPointF(x2, y2), QPointF(x1, y2), QPointF(x1, y1)});
 }
 
+void qtVxBufferedDrawContext::setBrush(unsigned colour)
+{
+    mBrushColour = int(colour & 0xffffffu);
+    if (mPainter.isActive())
+        mPainter.setBrush(toColour(colour));
+}
+
+void qtVxBufferedDrawContext::setTransparentBrush()
+{
+    mBrushColour = -1;
+    if (mPainter.isActive())
+        mPainter.setBrush(Qt::NoBrush);
+}
+
+void qtVxBufferedDrawContext::drawEllipse(double x, double y, double radius)
+{
+    if (!mPainter.isActive())
+        return;
+    applyPen();
+    mPainter.drawEllipse(QPointF(x + 0.5, mapPixelY(y) + 0.5), radius, radius);
+}
+
+void qtVxBufferedDrawContext::drawPolygon(const double* xs, const double* ys, int count)
+{
+    if (!mPainter.isActive() || count < 2)
+        return;
+    applyPen();
+    mScratch.resize(size_t(count));
+    for (int i = 0; i < count; ++i)
+        mScratch[size_t(i)] = QPointF(xs[i] + 0.5, mapPixelY(ys[i]) + 0.5);
+    mPainter.drawPolygon(mScratch.data(), count);
+}
+
 void qtVxBufferedDrawContext::fillRectangle(double x1, double y1, double x2, double y2, unsigned colour)
 {
     if (!mPainter.isActive())

@@ -53,6 +53,13 @@ public:
     void drawVerticalStroke(double x, double y1, double y2);
     // Outline through the four corners.
     void drawRectangle(double x1, double y1, double x2, double y2);
+    // Filling of the closed shapes below (symbols): a colour (0xrrggbb), or none.
+    void setBrush(unsigned colour);
+    void setTransparentBrush();
+    // A circle of radius pixels around the pixel (x, y): outlined by the pen, filled by the brush.
+    void drawEllipse(double x, double y, double radius);
+    // A closed polygon through the pixels (xs[i], ys[i]), outlined and filled likewise.
+    void drawPolygon(const double* xs, const double* ys, int count);
     // Fills the pixels [x1, x2) x [y1, y2) with colour (0xrrggbb), whatever the pen.
     void fillRectangle(double x1, double y1, double x2, double y2, unsigned colour);
     // Draws text in the pen's colour, turned angle degrees counter-clockwise about the anchor.
@@ -87,6 +94,7 @@ private:
     bool mPenApplied = false;
     int mPenCreations = 0;
     std::vector<QPointF> mScratch;
+    int mBrushColour = -1;  // -1: no filling
 };
 
 class qtVxBufferedDrawContextInverted : public qtVxBufferedDrawContext {

@@ -554,3 +554,47 @@ TEST(SinglePlotScheduled, WheelStepsGatherIntoOneZoom)
     plot.timerEventForScheduledOperation();
     EXPECT_NEAR((plot.xAxis().getMin() - min) * plot.xAxis().getScale(), 5.0, 1e-9);
 }
+
+TEST(SinglePlotLogAxis, LogSpacedSweepsGoOnALogAxisWidenedInDecades)
+{
+    cCurvePlotDataFile store;
+    std::vector<double> frequency(61);
+    for (size_t i = 0; i < frequency.size(); ++i)
+        frequency[i] = std::pow(10.0, 1.0 + double(i) / 12.0);  // 10 Hz to 1 MHz, 12 points a decade
+    cTestSection ac(store, "ac", frequency, curvePlotDataType::hertz);
+    const uint64_t gain = ac.addReal("gain", ramp(61, -60.0, 1.0), curvePlotDataType::decibel);
+    cTestSection tran(store, "tran", ramp(61, 0.0, 1.0));
+    const uint64_t v = tran.addReal("v", ramp(61, 0.0, 1.0));
+    cCapturingLogger logger;
+    cTestPlot plot(logger.logger);
+    ASSERT_TRUE(plot.addToPlot(ac.describe(gain)));
+    ASSERT_TRUE(plot.xAxis().checkIsLog());
+    // One hundredth of the decades on each side, the upper step from the widened lower end.
+    const double l0 = 1.0 - 5.0 / 100.0, l1 = 6.0 + (6.0 - l0) / 100.0;
+    EXPECT_NEAR(std::log10(plot.xAxis().getMin()), l0, 1e-12);
+    EXPECT_NEAR(std::log10(plot.xAxis().getMax()), l1, 1e-12);
+    // Decades are equally wide on the canvas.
+    EXPECT_NEAR(plot.xAxis().toInt(1e3) - plot.xAxis().toInt(1e2), plot.xAxis().toInt(1e5) - plot.xAxis().toInt(1e4),
+                1e-9);
+    // Zoom about the centre keeps the geometric middle; back and forth restore the view.
+    const wxSinglePlotViewPort unzoomed = plot.getCurrentView();
+    const double middle = plot.xAxis().toDouble(250.0);
+    ASSERT_TRUE(plot.zoomX(5));
+    EXPECT_NEAR(plot.xAxis().toDouble(250.0) / middle, 1.0, 1e-9);
+    EXPECT_NEAR(std::log10(plot.xAxis().getMax() / plot.xAxis().getMin()), (l1 - l0) * std::pow(0.9, 5), 1e-9);
+    ASSERT_TRUE(plot.switchViewPorts(-1));
+    EXPECT_EQ(plot.getCurrentView(), unzoomed);
+    // Linear and back: the linear unzoom of the box.
+    ASSERT_TRUE(plot.enableLogXAxis(false));
+    EXPECT_FALSE(plot.xAxis().checkIsLog());
+    EXPECT_NEAR(plot.xAxis().getMin(), 10.0 - (1e6 - 10.0) * 0.01, 1e-6);
+    ASSERT_TRUE(plot.enableLogXAxis(true));
+    EXPECT_EQ(plot.getCurrentView()[0], unzoomed[0]);
+    // A time axis from zero is linear, and an empty plot is linear again.
+    cTestPlot linear(logger.logger);
+    ASSERT_TRUE(linear.addToPlot(tran.describe(v)));
+    EXPECT_FALSE(linear.xAxis().checkIsLog());
+    ASSERT_TRUE(plot.clearCurves());
+    EXPECT_FALSE(plot.xAxis().checkIsLog());
+    EXPECT_TRUE(logger.log.messages.empty()) << logger.log.messages.front();
+}

@@ -223,3 +223,40 @@ TEST(SinglePlotWidget, ACurveOfAnotherUnitOpensTheSecondAxisOnTheRight)
     EXPECT_TRUE(logger.log.messages.empty());
     keepPicture(plot.getPicture(), "plot_two_axes");
 }
+
+TEST(SinglePlotWidget, PartsOfAComplexCurveAreDrawnAndRemovedOneByOne)
+{
+    cCurvePlotDataFile store;
+    std::vector<double> frequency(400);
+    std::vector<std::complex<double>> response(400);
+    for (size_t i = 0; i < frequency.size(); ++i) {
+        frequency[i] = std::pow(10.0, 1.0 + 5.0 * double(i) / 399.0);
+        response[i] = 1.0 / std::complex<double>(1.0, frequency[i] / 1e3);  // a first-order low pass
+    }
+    cTestSection ac(store, "ac", frequency, curvePlotDataType::hertz);
+    const uint64_t out = ac.addComplex("v(out)", response);
+    wxCurveDescription description = ac.describe(out, derivedCurveFunction::magnitude_in_db_and_angle);
+    description.style().realColour = curve_colour;
+    description.style().imagColour = second_colour;
+    cCapturingLogger logger;
+    cVxMutex dataMutex("data");
+    wxSinglePlotWidgetImpl plot(nullptr, dataMutex, logger.logger);
+    ASSERT_TRUE(plot.addToPlot(description));
+    ASSERT_TRUE(plot.checkY1Active());
+    ASSERT_TRUE(plot.paint(width, height));
+    keepPicture(plot.getPicture(), "plot_bode");
+    EXPECT_GT(countColour(plot.getPicture(), curve_colour), 300u);
+    EXPECT_GT(countColour(plot.getPicture(), second_colour), 300u);
+    // Without the angle, the magnitude alone, in its own colour.
+    ASSERT_TRUE(plot.removeFromPlot(0, true));
+    ASSERT_TRUE(plot.paint(width, height));
+    EXPECT_GT(countColour(plot.getPicture(), curve_colour), 300u);
+    EXPECT_EQ(countColour(plot.getPicture(), second_colour), 0u);
+    // Without the magnitude, the angle alone, in the angle's colour on the left axis now.
+    ASSERT_TRUE(plot.performUndoAction());
+    ASSERT_TRUE(plot.removeFromPlot(0, false));
+    ASSERT_TRUE(plot.paint(width, height));
+    EXPECT_EQ(countColour(plot.getPicture(), curve_colour), 0u);
+    EXPECT_GT(countColour(plot.getPicture(), second_colour), 300u);
+    keepPicture(plot.getPicture(), "plot_angle_only");
+}

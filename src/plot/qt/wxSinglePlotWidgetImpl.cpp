@@ -7,7 +7,9 @@
 #include "model/cCurvePlotDataSection.h"
 #include "model/cCurvePlotVariable.h"
 #include "model/dataUnit.h"
+#include "model/derivedCurveFunction.h"
 #include "plot/qt/qtVxAxisDrawing.h"
+#include "plot/wxPlotCurveDrawing.h"
 
 namespace vx3 {
 
@@ -200,43 +202,53 @@ void wxSinglePlotWidgetImpl::drawGrid(qtVxBufferedDrawContextInverted& context, 
 void wxSinglePlotWidgetImpl::drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve)
 {
     ++mCurveDraws;
-    // A plain walk over the points in the update range, one segment each; replaced by the
-    // drawers' entry, which reduces each pixel column to one stroke.
     const wxCurveDescription& description = curve.description();
-    if (!description.checkIsVariable() || !curve.checkRealPartShown())
+    if (!curve.checkIsComplex()) {
+        if (curve.checkRealPartShown())
+            drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer);
         return;
-    curvePlotFunctionArgs::cDataVectors vectors;
-    if (!description.curvePlotVariable().computeDataVectors(*description.getSection(), vectors) ||
-        !vectors.xDouble || !vectors.yDouble)
-        return;
-    const wxSinglePlotWidgetAxis& x = xAxis();
-    const wxSinglePlotWidgetAxis& y = yAxis(curve.getRealAxis());
-    context.setPen(description.style().getRealPen());
-    const double xmin = x.getUpdateMin(), xmax = x.getUpdateMax();
-    bool havePrevious = false;
-    double px = 0.0, py = 0.0;
-    for (uint64_t i = 0; i < vectors.count; ++i) {
-        const double xv = vectors.xDouble[i * vectors.xStride], yv = vectors.yDouble[i * vectors.yStride];
-        const bool inside = xv >= xmin && xv <= xmax;
-        const bool nextInside = i + 1 < vectors.count && vectors.xDouble[(i + 1) * vectors.xStride] >= xmin;
-        if (!inside && !(xv < xmin && nextInside) && !(xv > xmax && havePrevious)) {
-            havePrevious = false;
-            continue;
-        }
-        if (std::isnan(yv)) {
-            havePrevious = false;
-            continue;
-        }
-        const double cx = std::round(x.toInt(xv)), cy = std::round(y.toInt(yv));
-        if (havePrevious)
-            context.drawLine(px, py, cx, cy);
-        else if (vectors.count == 1)
-            context.drawPoint(cx, cy);
-        px = cx, py = cy;
-        havePrevious = true;
-        if (xv > xmax)
-            break;
     }
+    // Both values of one two-valued conversion: one pass, the second value on its own axis.
+    const unsigned conversion = curve.getRealConversion();
+    if (curve.checkRealPartShown() && curve.checkImagPartShown() && curve.getImagConversion() == conversion &&
+        derivedCurveFunction::checkConversionHasTwoValues(conversion) &&
+        description.postProcessState().realConversion == conversion) {
+        plotCurveDrawing::cDrawOptions options;
+        options.imagYAxis = &yAxis(curve.getImagAxis());
+        options.gridType = getWindowType();
+        drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer, 0, UINT64_MAX,
+                             options);
+        return;
+    }
+    if (curve.checkRealPartShown())
+        drawCurvePart(context, curve, false);
+    if (curve.checkImagPartShown())
+        drawCurvePart(context, curve, true);
+}
+
+void wxSinglePlotWidgetImpl::drawCurvePart(qtVxBufferedDrawContextInverted& context,
+                                           const wxSinglePlotWidgetData& curve, bool imaginary)
+{
+    using namespace derivedCurveFunction;
+    unsigned conversion = imaginary ? curve.getImagConversion() : curve.getRealConversion();
+    // The value of a two-valued conversion that this part shows, as a conversion of its own.
+    switch (conversion) {
+    case real_and_imaginary_part: conversion = imaginary ? imaginary_part : real_part; break;
+    case magnitude_and_angle: conversion = imaginary ? angle : magnitude; break;
+    case magnitude_in_db_and_angle: conversion = imaginary ? angle : magnitude_in_db; break;
+    default: break;
+    }
+    const wxCurveDescription& description = curve.description();
+    const wxSinglePlotWidgetAxis& axis = yAxis(imaginary ? curve.getImagAxis() : curve.getRealAxis());
+    if (!imaginary && description.postProcessState().realConversion == conversion) {
+        drawCurveDescription(context, description, xAxis(), axis, mColBuffer);
+        return;
+    }
+    wxCurveDescription part(description);
+    part.postProcessState().realConversion = conversion;
+    if (imaginary)
+        part.style().copyImagToRealStyle();  // the drawer draws a single value with the real pen
+    drawCurveDescription(context, part, xAxis(), axis, mColBuffer);
 }
 
 std::string wxSinglePlotWidgetImpl::computeXTitle() const

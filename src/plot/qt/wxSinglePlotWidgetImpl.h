@@ -11,6 +11,7 @@
 #include "base/cVxThread.h"
 #include "plot/cPlotWidgetCommon.h"
 #include "plot/qt/wxPlotBuffer.h"
+#include "plot/wxPlotDrawerColBuffer.h"
 #include "widgets/cVxEventHandler.h"
 #include "widgets/qtVxBufferedDrawContext.h"
 #include "widgets/qtVxWidget.h"
@@ -73,8 +74,11 @@ private:
     void updateLayout(int width, int height);
     void drawCurvesIntoBuffer();
     void drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0, double y1);
-    // Draws one curve over the strip the axes' update range names.
+    // Draws the shown parts of one curve over the strip the axes' update range names.
     void drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve);
+    // One part of a complex curve alone, through its own single-valued conversion and pen.
+    void drawCurvePart(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve,
+                       bool imaginary);
     // The second Y axis stands on the right of the canvas, its labels right of its ticks.
     void drawRightYAxis(qtVxBufferedDrawContextInverted& context, double right, double bottom, double top);
     int getRightMargin() const;
@@ -85,6 +89,7 @@ private:
     singlePlotWidgetImpl::cPlotLook mLook;
     wxPlotBuffer mBuffer;
     qtVxBitmap mPicture;
+    wxPlotDrawerColBuffer mColBuffer;
     std::string mXTitle, mY0Title;
     uint64_t mPaints = 0;
     uint64_t mCurveDraws = 0;
