@@ -148,6 +148,9 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
     default:
         break;
     }
+    const int plotResult = performPlotCommand(command);
+    if (plotResult >= 0)
+        return plotResult;
     int result = cStoreCommands::perform(command, *mStore, mLogger);
     if (result != cStoreCommands::not_a_store_command) {
         if (cStoreCommands::checkChangesStore(command.actionType))

@@ -460,6 +460,12 @@ void cPlotWidgetCommon::removeCurvesOfSection(const cCurvePlotDataSection* secti
         updateAfterRemove();
 }
 
+void cPlotWidgetCommon::clearSectionPtrsForDestructor()
+{
+    mCurves.clear();
+    clearUndoBuffer();
+}
+
 // --- undo -----------------------------------------------------------------------------------------
 
 void cPlotWidgetCommon::insertCurveAt(const wxSinglePlotWidgetData& item, unsigned position)

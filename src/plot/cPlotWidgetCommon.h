@@ -124,6 +124,9 @@ public:
     void clear();
     bool performUndoAction();
     bool performRedoAction();
+    // Lets go of every curve, undo steps included, without a redraw or a call to the page: the
+    // store goes away before the plot does.
+    void clearSectionPtrsForDestructor();
     // The store reloaded curves: extremes anew, a plot that was unzoomed unzooms again, a zoomed one
     // keeps its view.
     void redrawAfterReload(bool force = false);
