@@ -88,6 +88,10 @@ private:
     void appendLogLine(unsigned severity, const QString& text);
     // The commands that act on plots; not_a_plot_command for the others.
     int performPlotCommand(wxWaveExplorerCommand& command);
+    // Store commands that close or reload files: plots let go of the curves before, and find
+    // them again after.
+    void preparePlotsForStoreCommand(const wxWaveExplorerCommand& command);
+    void updatePlotsAfterStoreCommand(const wxWaveExplorerCommand& command);
     wxSinglePlotWidgetImpl* findPlot(const std::string& name) const;
     // The named plot, or the shown one for an empty name; logs when there is none.
     wxSinglePlotWidgetImpl* findPlotOrLog(const std::string& name) const;

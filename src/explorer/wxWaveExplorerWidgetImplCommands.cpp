@@ -151,7 +151,9 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
     const int plotResult = performPlotCommand(command);
     if (plotResult >= 0)
         return plotResult;
+    preparePlotsForStoreCommand(command);
     int result = cStoreCommands::perform(command, *mStore, mLogger);
+    updatePlotsAfterStoreCommand(command);
     if (result != cStoreCommands::not_a_store_command) {
         if (cStoreCommands::checkChangesStore(command.actionType))
             mStoreChanged = true;

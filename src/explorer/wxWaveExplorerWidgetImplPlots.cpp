@@ -77,6 +77,64 @@ int wxWaveExplorerWidgetImpl::addCurveToPlot(wxSinglePlotWidgetImpl& plot, const
     return plot.addToPlot(description) ? kOk : kFailed;
 }
 
+void wxWaveExplorerWidgetImpl::preparePlotsForStoreCommand(const wxWaveExplorerCommand& command)
+{
+    if (mPlots.empty())
+        return;
+    cCurvePlotDataFile& store = *mStore;
+    const std::string& name = command.getStringArgument(0);
+    // The file a command names, by its full or short name, or by one of its sections.
+    auto fileNamed = [&]() -> const cFileDbSupport* {
+        if (const cFileDbSupport* file = store.findDbSupportPtr(name))
+            return file;
+        if (const cFileDbSupport* file = store.findDbSupportPtrShortName(name))
+            return file;
+        const uint64_t index = store.getDataSectionIndexFromCompleteName(name);
+        const cCurvePlotDataSection* section = index != cCurvePlotDataFile::npos ? store.getDataSectionFromIndex(index)
+                                                                                : store.getDataSectionFromName(name);
+        return section ? section->getFile() : nullptr;
+    };
+    switch (command.actionType) {
+    case cmd_close_section: {
+        const uint64_t index = store.getDataSectionIndexFromCompleteName(name);
+        const cCurvePlotDataSection* section = index != cCurvePlotDataFile::npos ? store.getDataSectionFromIndex(index)
+                                                                                : store.getDataSectionFromName(name);
+        if (section)
+            for (auto& [plotName, plot] : mPlots)
+                plot->removeCurvesOfSection(section);
+        break;
+    }
+    case cmd_close_file:
+    case cmd_close_all: {
+        const cFileDbSupport* file = command.actionType == cmd_close_file ? store.findDbSupportPtr(name) : nullptr;
+        if (command.actionType == cmd_close_file && !file)
+            break;
+        for (uint64_t i = 0; i < store.getNbOfDataSections(); ++i) {
+            const cCurvePlotDataSection* section = store.getDataSectionFromIndex(i);
+            if (section && (!file || section->getFile() == file))
+                for (auto& [plotName, plot] : mPlots)
+                    plot->removeCurvesOfSection(section);
+        }
+        break;
+    }
+    case cmd_reload_file:
+        if (const cFileDbSupport* file = fileNamed())
+            for (auto& [plotName, plot] : mPlots)
+                plot->releaseCurvesForReload(file);
+        break;
+    default:
+        break;
+    }
+}
+
+void wxWaveExplorerWidgetImpl::updatePlotsAfterStoreCommand(const wxWaveExplorerCommand& command)
+{
+    if (command.actionType != cmd_reload_file)
+        return;
+    for (auto& [plotName, plot] : mPlots)
+        plot->reattachCurvesAfterReload(*mStore);
+}
+
 int wxWaveExplorerWidgetImpl::performPlotCommand(wxWaveExplorerCommand& command)
 {
     switch (command.actionType) {

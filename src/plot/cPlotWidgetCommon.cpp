@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/cLoggedException.h"
 #include "base/cVxLogger.h"
+#include "model/cCurvePlotDataFile.h"
 #include "model/cCurvePlotDataSection.h"
 #include "model/cCurvePlotVariable.h"
 #include "model/dataUnit.h"
@@ -464,6 +466,56 @@ void cPlotWidgetCommon::clearSectionPtrsForDestructor()
 {
     mCurves.clear();
     clearUndoBuffer();
+}
+
+void cPlotWidgetCommon::releaseCurvesForReload(const cFileDbSupport* file)
+{
+    auto ofFile = [file](const wxSinglePlotWidgetData& curve) {
+        const cCurvePlotDataSection* section = curve.description().getSection();
+        return section && section->getFile() == file;
+    };
+    removeItemsIf(ofFile);
+    for (size_t i = 0; i < mCurves.size(); ++i) {
+        wxCurveDescription& description = mCurves[i].description();
+        if (!ofFile(mCurves[i]) || !description.checkIsVariable())
+            continue;
+        mReleasedCurves.push_back({i, description.getSection()->getSectionId(), description.getName()});
+        description.release();
+    }
+}
+
+void cPlotWidgetCommon::reattachCurvesAfterReload(cCurvePlotDataFile& store)
+{
+    if (mReleasedCurves.empty())
+        return;
+    std::vector<size_t> gone;
+    for (const cReleasedCurve& released : mReleasedCurves) {
+        wxSinglePlotWidgetData& curve = mCurves[released.index];
+        cCurvePlotDataSection* section = store.findSectionFromId(released.sectionId);
+        const uint64_t index = section ? section->findVariableIndex(released.name) : 0;
+        if (!section || index >= section->getNbOfVariables()) {
+            gone.push_back(released.index);
+            continue;
+        }
+        // init starts the post-process state afresh: this plot's state of the curve stays.
+        const curveDescription::cPostProcessState state = curve.description().postProcessState();
+        try {
+            curve.description().init(section, index);
+        } catch (const cLoggedException& exception) {
+            mLogger.errorMsg(exception.message());
+            gone.push_back(released.index);
+            continue;
+        }
+        curve.description().postProcessState() = state;
+        curve.resetMinMaxInitialized();
+    }
+    mReleasedCurves.clear();
+    for (auto it = gone.rbegin(); it != gone.rend(); ++it)
+        mCurves.erase(mCurves.begin() + *it);
+    if (!gone.empty())
+        updateAfterRemove();  // the second axis may have lost its curves, or the plot all of them
+    if (!mCurves.empty())
+        redrawAfterReload(true);
 }
 
 // --- undo -----------------------------------------------------------------------------------------

@@ -18,7 +18,9 @@
 
 namespace vx3 {
 
+class cCurvePlotDataFile;
 class cCurvePlotDataSection;
+class cFileDbSupport;
 class cVxLogger;
 
 namespace plotWidgetCommon {
@@ -132,6 +134,12 @@ public:
     void redrawAfterReload(bool force = false);
     // A section is going away: its curves leave the plot and the undo history, without an undo step.
     void removeCurvesOfSection(const cCurvePlotDataSection* section);
+    // Around a reload of a file, whose sections may go or change: before it, the curves of the
+    // file let go of their values and remember section id and name (their undo steps go); after
+    // it, each finds its section and curve again or leaves the plot, and the plot redraws as
+    // after any reload (a zoomed view stays).
+    void releaseCurvesForReload(const cFileDbSupport* file);
+    void reattachCurvesAfterReload(cCurvePlotDataFile& store);
     // Why the last insertion failed, as "(...)" for a message; empty when nothing is known.
     std::string getDiagnosis() const;
     static std::string makeSureCurveNameIsNotTooLong(const std::string& name);
@@ -250,6 +258,13 @@ private:
     bool mRefusedImagY = false;
     unsigned mRefusedUnit = 0;
     std::string mRefusedName;
+    // Curves waiting for their file's reload: position, section id, curve name.
+    struct cReleasedCurve {
+        size_t index;
+        uint64_t sectionId;
+        std::string name;
+    };
+    std::vector<cReleasedCurve> mReleasedCurves;
     // Sliding window.
     bool mSlidingWindowDefined = false;
     bool mSlidingWindowUserZoom = false;

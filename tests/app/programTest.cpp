@@ -215,3 +215,31 @@ TEST(program, PlotCommandsZoomUndoAndRefuseBadBounds)
                              "next_view_port", "undo", "redo", "clear_plot"})
         EXPECT_EQ(text.find(std::string("The command \"") + word + "\" was not performed"), std::string::npos) << word;
 }
+
+TEST(program, PlottedCurvesSurviveReloadAndLeaveWithTheirFile)
+{
+    writeFile("wave.csv", "time,v,i\n0,1,0.001\n1,2,0.002\n2,0,0\n3,1,0.001\n");
+    writeFile("reload.cmd",
+              "open_file wave.csv\n"
+              "add_plot p1 analog 1 1\n"
+              "add_curve_to_plot_by_name p1 wave.csv v 0\n"
+              "add_curve_to_plot_by_name p1 wave.csv i 0\n"
+              "zoom p1 0.5 2.5 0 2 0 0.002\n"
+              "reload_file wave.csv\n"
+              "undo\n"
+              "redo\n"
+              "close_file wave.csv\n"
+              "undo\n"
+              "zoom_in\n"
+              "close\n");
+    cRun result = run("--log reload.log 5 --command_file reload.cmd");
+    EXPECT_EQ(result.status, 0) << result.output;
+    const std::string text = readFile(tempDir() + "/reload.log");
+    EXPECT_NE(text.find("was parsed succesfully"), std::string::npos) << text;
+    // No error of the plot's own: the curves found their values again after the reload and went
+    // with the file (the one error of every run is the start-up's directory command).
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        if (line.find(" - E - ") != std::string::npos)
+            EXPECT_NE(line.find("set_last_command_file_directory"), std::string::npos) << line;
+}

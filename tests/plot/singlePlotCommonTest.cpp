@@ -598,3 +598,46 @@ TEST(SinglePlotLogAxis, LogSpacedSweepsGoOnALogAxisWidenedInDecades)
     EXPECT_FALSE(plot.xAxis().checkIsLog());
     EXPECT_TRUE(logger.log.messages.empty()) << logger.log.messages.front();
 }
+
+TEST(SinglePlotReload, CurvesFindTheirSectionAndNameAgainOrLeave)
+{
+    cCurvePlotDataFile store;
+    cTestSection tran(store, "tran", ramp(11, 0.0, 1.0));
+    const uint64_t a = tran.addReal("a", ramp(11, 0.0, 1.0));
+    const uint64_t b = tran.addReal("b", ramp(11, 5.0, -1.0), curvePlotDataType::ampere);
+    cCapturingLogger logger;
+    cTestPlot plot(logger.logger);
+    wxCurveDescription second = tran.describe(b);
+    second.style().realColour = 0x00a000;
+    ASSERT_TRUE(plot.addToPlot({tran.describe(a), second}));
+    ASSERT_TRUE(plot.checkY1Active());
+    ASSERT_TRUE(plot.zoomToBoxCmd(2.0, 4.0, 1.0, 3.0));
+    const wxSinglePlotViewPort zoomed = plot.getCurrentView();
+
+    // The reload keeps both: values anew, styles and the zoomed view as they were; the steps of
+    // the file's curves are gone from the history.
+    plot.releaseCurvesForReload(tran.section->getFile());
+    EXPECT_FALSE(plot.getCurves()[0].description().checkIsVariable());
+    EXPECT_EQ(plot.getNbOfUndoEntries(), 0u);
+    tran.grow(a, ramp(21, 0.0, 1.0), ramp(21, 0.0, 2.0));
+    tran.section->getVariable(b).setDoubleValues(ramp(21, 5.0, -1.0).data(), 21);
+    plot.reattachCurvesAfterReload(store);
+    ASSERT_EQ(plot.getNbOfCurves(), 2u);
+    EXPECT_TRUE(plot.getCurves()[0].description().checkIsVariable());
+    EXPECT_EQ(plot.getCurves()[1].description().style().realColour, 0x00a000u);
+    EXPECT_DOUBLE_EQ(plot.getCurves()[0].getRealMaxY(), 40.0);
+    EXPECT_DOUBLE_EQ(plot.xAxis().getBoundingBoxMax(), 20.0);
+    EXPECT_EQ(plot.getCurrentView(), zoomed);
+
+    // A curve whose name is gone after the reload leaves the plot, and the second axis with it.
+    plot.releaseCurvesForReload(tran.section->getFile());
+    ASSERT_TRUE(tran.section->renameVariable(b, "b_renamed"));
+    plot.reattachCurvesAfterReload(store);
+    ASSERT_EQ(plot.getNbOfCurves(), 1u);
+    EXPECT_EQ(plot.getCurves()[0].description().getName(), "a");
+    EXPECT_FALSE(plot.checkY1Active());
+    // Nothing released: nothing happens.
+    plot.reattachCurvesAfterReload(store);
+    EXPECT_EQ(plot.getNbOfCurves(), 1u);
+    EXPECT_TRUE(logger.log.messages.empty()) << logger.log.messages.front();
+}
