@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
 #include <QTreeWidget>
@@ -17,6 +18,7 @@
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "base/sanitizerHandOver.h"
 #include "model/cCurvePlotDataFile.h"
+#include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "wxLogSink.h"
 #include "wxWaveExplorerConfigurationDialog.h"
 #include "wxWaveExplorerWidgetVirtual.h"
@@ -86,6 +88,10 @@ wxWaveExplorerWidgetImpl::wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplor
 wxWaveExplorerWidgetImpl::~wxWaveExplorerWidgetImpl()
 {
     mConfiguration.setChangeListener(nullptr);
+    // Plots refer to curves of the store, which goes before Qt deletes the plots with their parent.
+    for (auto& [name, plot] : mPlots)
+        plot->clearSectionPtrsForDestructor();
+    mPlots.clear();
     mLogger.setLoggerCallBack(nullptr);
 }
 
@@ -102,13 +108,16 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
     mBrowser->header()->setStretchLastSection(false);
     mBrowser->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 
-    mPlotArea = new QLabel(horizontal);
+    mPlotStack = new QStackedWidget(horizontal);
+    mPlotStack->setObjectName("plot_stack");
+    mPlotArea = new QLabel(mPlotStack);
     mPlotArea->setObjectName("plot_area");
     mPlotArea->setAlignment(Qt::AlignCenter);
     mPlotArea->setText("No plot yet.\nOpen a file or add curves with commands.");
     mPlotArea->setFrameShape(QFrame::StyledPanel);
+    mPlotStack->addWidget(mPlotArea);
     horizontal->addWidget(mBrowser);
-    horizontal->addWidget(mPlotArea);
+    horizontal->addWidget(mPlotStack);
     horizontal->setStretchFactor(0, 1);
     horizontal->setStretchFactor(1, 3);
 

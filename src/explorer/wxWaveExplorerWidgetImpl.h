@@ -9,6 +9,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "app/core/wxWaveExplorerCommand.h"
 #include "base/cVxLogger.h"
@@ -17,6 +19,7 @@
 class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
+class QStackedWidget;
 class QStatusBar;
 class QTimer;
 class QTreeWidget;
@@ -28,6 +31,7 @@ class wxLogSink;
 class wxWaveExplorerConfiguration;
 class wxWaveExplorerConfigurationDialog;
 class wxWaveExplorerWidgetVirtual;
+class wxSinglePlotWidgetImpl;
 
 namespace waveExplorerEvent {
 enum : int {
@@ -92,6 +96,17 @@ private:
     void appendLogLine(unsigned severity, const QString& text);
     void saveConfigurationAfterQuiet();
     void retryLoadingConfiguration();
+    // The commands that act on plots; not_a_plot_command for the others.
+    int performPlotCommand(wxWaveExplorerCommand& command);
+    // Store commands that close or reload files: plots let go of the curves before, and find
+    // them again after.
+    void preparePlotsForStoreCommand(const wxWaveExplorerCommand& command);
+    void updatePlotsAfterStoreCommand(const wxWaveExplorerCommand& command);
+    wxSinglePlotWidgetImpl* findPlot(const std::string& name) const;
+    // The named plot, or the shown one for an empty name; logs when there is none.
+    wxSinglePlotWidgetImpl* findPlotOrLog(const std::string& name) const;
+    int addCurveToPlot(wxSinglePlotWidgetImpl& plot, const std::string& sectionName, const std::string& curveName,
+                       bool clear);
 
     wxWaveExplorerConfiguration& mConfiguration;
     wxWaveExplorerWidgetVirtual* mOwner;
@@ -125,6 +140,9 @@ private:
     QStatusBar* mStatusBar = nullptr;
     QProgressBar* mProgress = nullptr;
     QLabel* mPlotArea = nullptr;
+    // The plots by name, in the order they were made; the stack shows one of them (or the label).
+    QStackedWidget* mPlotStack = nullptr;
+    std::vector<std::pair<std::string, wxSinglePlotWidgetImpl*>> mPlots;
     QTimer* mNotificationTimer = nullptr;
     wxWaveExplorerConfigurationDialog* mConfigurationDialog = nullptr;
     QTimer* mSaveConfigTimer = nullptr;

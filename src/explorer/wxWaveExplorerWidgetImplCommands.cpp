@@ -154,7 +154,12 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
     int result = cConfigurationCommands::perform(command, mConfiguration, mLogger);
     if (result != cConfigurationCommands::not_a_configuration_command)
         return result;
+    const int plotResult = performPlotCommand(command);
+    if (plotResult >= 0)
+        return plotResult;
+    preparePlotsForStoreCommand(command);
     result = cStoreCommands::perform(command, *mStore, mLogger);
+    updatePlotsAfterStoreCommand(command);
     if (command.actionType == cmd_open_file && result == kOk) {
         cVxFilePath path(command.getStringArgument(0));
         path.convertToAbsolutePath();

@@ -171,3 +171,75 @@ TEST(program, CommandFileWarningsAndComments)
     EXPECT_NE(text.find("Bad arguments for interactive command."), std::string::npos);
     EXPECT_NE(text.find("The curve \"v\" already exists in  section \"data\"."), std::string::npos);
 }
+
+TEST(program, PlotCommandsZoomUndoAndRefuseBadBounds)
+{
+    writeFile("plot.cmd",
+              "add_section data\n"
+              "add_curve data v 0 V s 0 1 1 2 2 0 3 1\n"
+              "add_curve data i 0 A s 0 0.001 1 0.002 2 0 3 0.001\n"
+              "add_curve data r 0 Ohm s 0 50 1 51 2 50 3 49\n"
+              "add_plot p1 analog 1 1\n"
+              "add_plot p1 analog 1 1\n"
+              "add_curve_to_plot_by_name p1 data v 0\n"
+              "add_curve_to_plot_by_name p1 data i 0\n"
+              "add_curve_to_plot_by_name p1 data r 0\n"
+              "add_curve_to_plot_by_name p1 data nosuch 0\n"
+              "add_curve_to_plot_by_name p2 data v 0\n"
+              "zoom p1 2 1 0 1 0 0.001\n"
+              "zoom p1 0 1e100 0 1 0 0.001\n"
+              "zoom p1 0.5 1.5 0.2 1.8 0 0.002\n"
+              "zoom_in\n"
+              "previous_view_port\n"
+              "previous_view_port\n"
+              "next_view_port\n"
+              "undo\n"
+              "redo\n"
+              "clear_plot p1\n"
+              "undo\n"
+              "close\n");
+    cRun result = run("--log plot.log 5 --command_file plot.cmd");
+    EXPECT_EQ(result.status, 0) << result.output;
+    const std::string text = readFile(tempDir() + "/plot.log");
+    EXPECT_NE(text.find("The plot window \"p1\" already exists."), std::string::npos) << text;
+    EXPECT_NE(text.find("Incompatible Y axis units (incompatible y axis units \""), std::string::npos) << text;
+    EXPECT_NE(text.find("The curve \"nosuch\" was not found in section \"data\"."), std::string::npos);
+    EXPECT_NE(text.find("The plot window \"p2\" was not found."), std::string::npos);
+    // Reversed and huge bounds: two refusals; the good zoom, the views and undo pass silently.
+    size_t refusals = 0;
+    for (size_t at = text.find("Maximum zoom range reached."); at != std::string::npos;
+         at = text.find("Maximum zoom range reached.", at + 1))
+        ++refusals;
+    EXPECT_EQ(refusals, 2u) << text;
+    for (const char* word : {"add_plot", "add_curve_to_plot_by_name", "zoom", "zoom_in", "previous_view_port",
+                             "next_view_port", "undo", "redo", "clear_plot"})
+        EXPECT_EQ(text.find(std::string("The command \"") + word + "\" was not performed"), std::string::npos) << word;
+}
+
+TEST(program, PlottedCurvesSurviveReloadAndLeaveWithTheirFile)
+{
+    writeFile("wave.csv", "time,v,i\n0,1,0.001\n1,2,0.002\n2,0,0\n3,1,0.001\n");
+    writeFile("reload.cmd",
+              "open_file wave.csv\n"
+              "add_plot p1 analog 1 1\n"
+              "add_curve_to_plot_by_name p1 wave.csv v 0\n"
+              "add_curve_to_plot_by_name p1 wave.csv i 0\n"
+              "zoom p1 0.5 2.5 0 2 0 0.002\n"
+              "reload_file wave.csv\n"
+              "undo\n"
+              "redo\n"
+              "close_file wave.csv\n"
+              "undo\n"
+              "zoom_in\n"
+              "close\n");
+    cRun result = run("--log reload.log 5 --command_file reload.cmd");
+    EXPECT_EQ(result.status, 0) << result.output;
+    const std::string text = readFile(tempDir() + "/reload.log");
+    EXPECT_NE(text.find("was parsed succesfully"), std::string::npos) << text;
+    // No error of the plot's own: the curves found their values again after the reload and went
+    // with the file (the one error of every run is the start-up's directory command).
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        if (line.find(" - E - ") != std::string::npos)
+            EXPECT_NE(line.find("set_last_command_file_directory"), std::string::npos) << line;
+}

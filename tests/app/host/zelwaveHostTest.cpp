@@ -320,8 +320,11 @@ TEST(zelwaveHost, StoreCommandsBuildAndAnswer)
     EXPECT_EQ(run("set_first_section_identifier /no/such/file.csv 100"), vx_code_error);
 
     // Commands whose performer does not exist yet say so and fail; the store is untouched.
-    EXPECT_EQ(run("add_plot p analog"), vx_code_error);
+    EXPECT_EQ(run("make_plot_visible p"), vx_code_error);
     EXPECT_EQ(answer("get_number_of_sections"), "1");
+    // A plot is made once; its name is taken afterwards.
+    EXPECT_EQ(answer("add_plot p analog"), "p");
+    EXPECT_EQ(run("add_plot p analog"), vx_code_error);
 
     // Options land in the configuration; the window-size hints are answered at once.
     EXPECT_EQ(run("set_option fft_parameter_nb_time_samples 2048"), vx_code_ok);

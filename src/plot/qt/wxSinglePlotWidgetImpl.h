@@ -1,0 +1,98 @@
+// The single plot as a widget: the plot's arithmetic (cPlotWidgetCommon) painted through a cached
+// bitmap of its curves. A view change redraws the bitmap, a new curve is painted on top of it, a
+// scroll shifts it and draws the uncovered strip only. Curves are read under a try-lock of the data
+// mutex: while a reader holds it, a paint shows the frame and the bitmap as they are and a timer
+// asks for another paint.
+#pragma once
+
+#include <QImage>
+#include <cstdint>
+
+#include "base/cVxThread.h"
+#include "plot/cPlotWidgetCommon.h"
+#include "plot/qt/wxPlotBuffer.h"
+#include "plot/wxPlotDrawerColBuffer.h"
+#include "widgets/cVxEventHandler.h"
+#include "widgets/qtVxBufferedDrawContext.h"
+#include "widgets/qtVxWidget.h"
+
+namespace vx3 {
+
+namespace singlePlotWidgetImpl {
+// The plot's own timers, besides those of cPlotWidgetCommon.
+enum timer_id : int { timer_paint_retry = 20 };
+constexpr int paint_retry_ms = 50;
+
+// Colours and room around the canvas.
+struct cPlotLook {
+    unsigned background = 0xffffff;
+    unsigned axisColour = 0x202020;
+    unsigned coarseGridColour = 0xd0d0d0;
+    unsigned fineGridColour = 0xececec;
+    unsigned zeroLineColour = 0x9090a0;
+    int leftMargin = 72;    // room for the Y labels and title
+    int bottomMargin = 44;  // room for the X labels and title
+    int topMargin = 12;
+    int rightMargin = 20;
+};
+}  // namespace singlePlotWidgetImpl
+
+class wxSinglePlotWidgetImpl : public qtVxWidget, public cVxEventHandler, public cPlotWidgetCommon {
+    Q_OBJECT
+public:
+    // dataMutex: the mutex under which readers change curve values; the plot only try-locks it.
+    wxSinglePlotWidgetImpl(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger,
+                           wxAnalogPlotVirtual* page = nullptr,
+                           int windowType = waveExplorerWidgetVirtual::analog_plot);
+    ~wxSinglePlotWidgetImpl() override;
+
+    // Draws the plot for a widget of width x height into the picture of the whole widget; the only
+    // place that draws. Returns whether the curves were complete (false: data locked, retry asked).
+    bool paint(int width, int height, double devicePixelRatio = 1.0);
+    // The picture of the last paint (widget size).
+    const QImage& getPicture() const { return mPicture.getImage(); }
+    const wxPlotBuffer& getPlotBuffer() const { return mBuffer; }
+    void setLook(const singlePlotWidgetImpl::cPlotLook& look);
+    // Counters for tests and benchmarks: paints, and curves drawn into the bitmap.
+    uint64_t getPaintCount() const { return mPaints; }
+    uint64_t getCurveDrawCount() const { return mCurveDraws; }
+    // Forget the bitmap (configuration changed); or only the picture around it (a ruler moved).
+    void plotWidgetRedrawAll() { plotRequestFullRedraw(); }
+    void plotWidgetRedrawFrame() { mBuffer.setCompleteBufferAxesRedrawRequired(); refresh(); }
+    // The X and Y titles shown under and beside the axes.
+    void setAxisTitles(const std::string& x, const std::string& y0);
+
+protected:
+    void onPaint(QPainter& painter) override;
+    void onEventTimer(int id) override;
+    void plotRequestFullRedraw() override;
+    void plotRequestAddedCurve() override;
+    void plotRequestScroll(double dxPixels, double dyPixels) override;
+    void plotStartTimer(int id, int milliseconds) override;
+
+private:
+    void updateLayout(int width, int height);
+    void drawCurvesIntoBuffer();
+    void drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0, double y1);
+    // Draws the shown parts of one curve over the strip the axes' update range names.
+    void drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve);
+    // One part of a complex curve alone, through its own single-valued conversion and pen.
+    void drawCurvePart(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve,
+                       bool imaginary);
+    // The second Y axis stands on the right of the canvas, its labels right of its ticks.
+    void drawRightYAxis(qtVxBufferedDrawContextInverted& context, double right, double bottom, double top);
+    int getRightMargin() const;
+    std::string computeXTitle() const;
+    std::string computeYTitle(int axis) const;
+
+    cVxMutex& mDataMutex;
+    singlePlotWidgetImpl::cPlotLook mLook;
+    wxPlotBuffer mBuffer;
+    qtVxBitmap mPicture;
+    wxPlotDrawerColBuffer mColBuffer;
+    std::string mXTitle, mY0Title;
+    uint64_t mPaints = 0;
+    uint64_t mCurveDraws = 0;
+};
+
+}  // namespace vx3
