@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QLineEdit>
 #include <QMenu>
 #include <QResizeEvent>
 #include <QScrollBar>
@@ -306,6 +307,7 @@ void wxTreeGridImpl::processRowSelection(unsigned line, int modifiers)
 
 void wxTreeGridImpl::onMouseDown(double x, double y, int button, int modifiers)
 {
+    hideTextEditor(false);
     setFocus();
     const cHit hit = hitTest(x, y);
     if (button == button_right) {
@@ -372,6 +374,8 @@ void wxTreeGridImpl::onMouseDoubleClick(double x, double y, int button, int modi
         toggleExpanded(expander);
         updateScrollBars();
         update();
+    } else if (getModel().treeGridVirtualIsEditable(getTotalRow(effective), getColFromEffectiveCol(hit.effectiveCol))) {
+        editCell(hit.visibleRow, hit.effectiveCol);
     } else {
         getModel().treeGridVirtualElementActivated(getTotalRow(effective), getColFromEffectiveCol(hit.effectiveCol));
     }
@@ -379,6 +383,7 @@ void wxTreeGridImpl::onMouseDoubleClick(double x, double y, int button, int modi
 
 void wxTreeGridImpl::onWheel(double, double, double steps, int modifiers)
 {
+    hideTextEditor(false);
     if (modifiers & Qt::ShiftModifier) {
         mLeftPixel = std::max(0, mLeftPixel - int(steps * 60));
     } else {
@@ -404,6 +409,13 @@ void wxTreeGridImpl::moveCurrentLine(long delta, int modifiers)
 
 bool wxTreeGridImpl::onKeyDown(int key, int modifiers, const QString& text)
 {
+    if (mEditor) {
+        if (key == Qt::Key_Escape) {
+            hideTextEditor(false);
+            return true;
+        }
+        return false;
+    }
     const long page = long(getPageLines());
     switch (key) {
     case Qt::Key_Down: moveCurrentLine(1, modifiers); return true;
@@ -456,6 +468,15 @@ bool wxTreeGridImpl::onKeyDown(int key, int modifiers, const QString& text)
         update();
         return true;
     }
+    case Qt::Key_F2:
+        // Edits the first editable cell of the current row.
+        for (unsigned e = 0; mCurrentLine != npos && e < getNumberOfColumns(); ++e)
+            if (getModel().treeGridVirtualIsEditable(getTotalRow(getEffectiveRowFromVisible(mCurrentLine)),
+                                                     getColFromEffectiveCol(e))) {
+                editCell(mCurrentLine, e);
+                return true;
+            }
+        return false;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (mCurrentLine != npos && getNumberOfColumns() > 0) {
@@ -466,6 +487,47 @@ bool wxTreeGridImpl::onKeyDown(int key, int modifiers, const QString& text)
         return false;
     default: return false;
     }
+}
+
+void wxTreeGridImpl::editCell(unsigned visibleRow, unsigned effectiveCol)
+{
+    hideTextEditor(false);
+    const unsigned row = getTotalRow(getEffectiveRowFromVisible(visibleRow));
+    const unsigned col = getColFromEffectiveCol(effectiveCol);
+    wxTreeGridVirtual& model = getModel();
+    if (!model.treeGridVirtualIsEditable(row, col))
+        return;
+    if (model.treeGridVirtualGetCellDataType(row, col) == treeGridVirtual::col_boolean) {
+        model.treeGridVirtualToggleBooleanValue(row, col);
+        update();
+        return;
+    }
+    setCurrentVisibleRow(visibleRow);
+    const auto& xs = computeEffectiveColXStartPositions();
+    mEditedRow = row;
+    mEditedCol = col;
+    mEditor = new QLineEdit(QString::fromStdString(model.treeGridVirtualGetValue(row, col)), this);
+    mEditor->setGeometry(dataLeft() + xs[effectiveCol] - mLeftPixel,
+                         dataTop() + int(visibleRow - mTopLine) * getRowHeight(), xs[effectiveCol + 1] - xs[effectiveCol],
+                         getRowHeight());
+    connect(mEditor, &QLineEdit::returnPressed, this, [this] { hideTextEditor(true); });
+    mEditor->show();
+    mEditor->setFocus();
+    mEditor->selectAll();
+}
+
+void wxTreeGridImpl::hideTextEditor(bool commit)
+{
+    if (!mEditor)
+        return;
+    QLineEdit* editor = mEditor;
+    mEditor = nullptr;
+    if (commit)
+        getModel().treeGridVirtualSetStringValue(mEditedRow, mEditedCol, editor->text().toStdString());
+    editor->hide();
+    editor->deleteLater();
+    setFocus();
+    update();
 }
 
 void wxTreeGridImpl::handleColHeaderContextMenu(unsigned col, int x, int y)

@@ -11,8 +11,9 @@
 #include "treegrid/wxTreeGridGeometry.h"
 #include "widgets/qtVxWidget.h"
 
-class QScrollBar;
+class QLineEdit;
 class QMenu;
+class QScrollBar;
 
 namespace vx3 {
 
@@ -77,6 +78,12 @@ public:
     // ---- Actions of the menus, also for the keyboard and tests
     void sortColumnFromHeaderClick(unsigned col, bool addToSortColumns);
     void transposeGrid();
+    // Edits a cell the model calls editable: booleans toggle, other kinds open a line editor
+    // whose text goes to treeGridVirtualSetStringValue on Return (Escape drops it).
+    void editCell(unsigned visibleRow, unsigned effectiveCol);
+    void hideTextEditor(bool commit);
+    bool checkTextEditorIsShown() const { return mEditor != nullptr; }
+    QLineEdit* getTextEditor() { return mEditor; }
 
 protected:
     void onPaint(QPainter& painter) override;
@@ -130,6 +137,9 @@ private:
     unsigned mRowsDrawn = 0;
     // Column resizing by dragging a header border.
     unsigned mResizingEffectiveCol = npos;
+    QLineEdit* mEditor = nullptr;
+    unsigned mEditedRow = npos;  // model row and column of the open editor
+    unsigned mEditedCol = npos;
     int mResizeStartX = 0;
     int mResizeStartWidth = 0;
 };

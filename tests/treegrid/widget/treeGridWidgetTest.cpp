@@ -7,7 +7,10 @@
 #include <gtest/gtest.h>
 
 #include "../treeGridTestModel.h"
+#include <QLineEdit>
+
 #include "treegrid/qt/wxTreeGridImpl.h"
+#include "treegrid/qt/wxTreeGridProperties.h"
 
 using namespace vx3;
 using zwtest::cTableModel;
@@ -181,4 +184,52 @@ TEST(TreeGridWidget, PaintAsksOnlyForTheLinesOnScreenWhereverTheyAre)
     grid.setColSortOrder(1, treeGridGeometry::sort_descending);
     ASSERT_TRUE(grid.sort());
     EXPECT_EQ(model.treeGridVirtualGetDoubleValue(grid.getTotalRow(0), 1), 100002.0);
+}
+
+TEST(TreeGridWidget, PropertySheetEditsInPlace)
+{
+    bool grid = false;
+    double gain = 1.0;
+    std::string name = "v(out)";
+    wxTreeGridProperties sheet;
+    sheet.setCurrentGroup("Plot");
+    sheet.addRefBoolProperty("Grid", grid);
+    sheet.addRefProperty("Gain", gain);
+    sheet.setCurrentGroup("Curve");
+    sheet.addRefProperty("Name", name);
+    sheet.addPropertyWithExpander("Curve", "Points", "1201");
+    sheet.propertiesChanged();
+    sheet.create(true, 0, 0, 400, 200);
+    sheet.show();
+    // Each group of two is an expander, open at first.
+    EXPECT_TRUE(sheet.canBeCollapsed(0));
+    EXPECT_FALSE(sheet.canBeExpanded(1));
+    sheet.setExpanded(1, false);
+    EXPECT_TRUE(sheet.canBeExpanded(3));
+
+    const auto& xs = sheet.computeEffectiveColXStartPositions();
+    auto valueCell = [&](unsigned line) {
+        return QPoint(sheet.getRowHeaderWidth() + xs[2] + 10,
+                      sheet.getHeaderHeight() + int(line) * sheet.getRowHeight() + sheet.getRowHeight() / 2);
+    };
+    // A double click on a boolean toggles it; on a number it opens an editor.
+    QTest::mouseDClick(&sheet, Qt::LeftButton, {}, valueCell(0));
+    EXPECT_TRUE(grid);
+    QTest::mouseDClick(&sheet, Qt::LeftButton, {}, valueCell(1));
+    ASSERT_TRUE(sheet.checkTextEditorIsShown());
+    sheet.getTextEditor()->setText("3.25");
+    QTest::keyClick(sheet.getTextEditor(), Qt::Key_Return);
+    EXPECT_FALSE(sheet.checkTextEditorIsShown());
+    EXPECT_DOUBLE_EQ(gain, 3.25);
+    // Bad text is refused and Escape drops an edit: the variable stays.
+    QTest::mouseDClick(&sheet, Qt::LeftButton, {}, valueCell(1));
+    ASSERT_TRUE(sheet.checkTextEditorIsShown());
+    sheet.getTextEditor()->setText("loud");
+    QTest::keyClick(sheet.getTextEditor(), Qt::Key_Return);
+    EXPECT_DOUBLE_EQ(gain, 3.25);
+    QTest::mouseDClick(&sheet, Qt::LeftButton, {}, valueCell(1));
+    sheet.getTextEditor()->setText("9");
+    QTest::keyClick(sheet.getTextEditor(), Qt::Key_Escape);
+    EXPECT_FALSE(sheet.checkTextEditorIsShown());
+    EXPECT_DOUBLE_EQ(gain, 3.25);
 }
