@@ -313,6 +313,8 @@ void wxTreeGridImpl::onMouseDown(double x, double y, int button, int modifiers)
     if (button == button_right) {
         if (hit.area == cHit::area_header)
             handleColHeaderContextMenu(getColFromEffectiveCol(hit.effectiveCol), int(x), int(y));
+        else if (hit.area == cHit::area_cell || hit.area == cHit::area_row_header)
+            handleRowContextMenu(hit.visibleRow, int(x), int(y));
         return;
     }
     if (button != button_left)
@@ -528,6 +530,26 @@ void wxTreeGridImpl::hideTextEditor(bool commit)
     editor->deleteLater();
     setFocus();
     update();
+}
+
+void wxTreeGridImpl::handleRowContextMenu(unsigned visibleRow, int x, int y)
+{
+    // A right click on a row outside the selection selects that row alone, as item views do.
+    if (!checkRowIsSelected(getTotalRow(getEffectiveRowFromVisible(visibleRow))))
+        processRowSelection(visibleRow, 0);
+    update();
+    QMenu menu(this);
+    menu.addAction("Suppress Selected Rows", [this] {
+        suppressSelectedRows();
+        mCurrentLine = mAnchorLine = npos;
+        redraw();
+    });
+    QAction* showAll = menu.addAction("Show All Suppressed Rows", [this] {
+        showAllSuppressedRows();
+        redraw();
+    });
+    showAll->setEnabled(getNumberOfRowsSuppressedByHand() > 0);
+    menu.exec(mapToGlobal(QPoint(x, y)));
 }
 
 void wxTreeGridImpl::handleColHeaderContextMenu(unsigned col, int x, int y)

@@ -97,6 +97,8 @@ protected:
 
     // Column menus; a concrete grid adds its own items after these.
     virtual void handleColHeaderContextMenu(unsigned col, int x, int y);
+    // Row menus: suppressing the selected rows and showing them again.
+    virtual void handleRowContextMenu(unsigned visibleRow, int x, int y);
 
 private:
     struct cHit {
