@@ -22,6 +22,23 @@ struct cVxPen {
 };
 }  // namespace vxDrawContext
 
+namespace curveStyle {
+// One entry of a style menu: what it reads, the command that applies it, and whether it is the
+// present choice. Menus of the toolkit are built from these lists.
+struct cMenuEntry {
+    std::string text;
+    std::string command;
+    bool checked = false;
+};
+// The curve a style command addresses: of the store, or of one plot when plotName is set.
+struct cStyleTarget {
+    std::string plotName;
+    uint64_t sectionId = 0;
+    uint64_t curveIndex = 0;
+    bool complex = false;  // the command carries the imaginary part too
+};
+}  // namespace curveStyle
+
 class wxCurveStyle {
 public:
     static constexpr unsigned kDefaultColour = 0x808080;
@@ -84,6 +101,20 @@ public:
     void copyRealToImagStyle();
 
     static int clampLineWidth(int width);
+
+    // The words of the digital display kinds a user can choose (not "default").
+    static std::vector<std::string> getDigitalDataAsStrings();
+    // The command that gives target this style: set_curve_style_in_plot_by_id_and_index for a
+    // plot, else set_curve_style_by_id_and_index, with the imaginary part for a complex curve.
+    std::string getStyleCommand(const curveStyle::cStyleTarget& target) const;
+    // Menus of widths 1 .. 5 and of symbols, for both parts, the real or the imaginary one: each
+    // entry's command is this style with that one choice changed.
+    void appendLineWidthMenu(std::vector<curveStyle::cMenuEntry>& menu, const curveStyle::cStyleTarget& target) const;
+    void appendLineWidthMenuReal(std::vector<curveStyle::cMenuEntry>& menu, const curveStyle::cStyleTarget& target) const;
+    void appendLineWidthMenuImag(std::vector<curveStyle::cMenuEntry>& menu, const curveStyle::cStyleTarget& target) const;
+    void appendSymbolMenu(std::vector<curveStyle::cMenuEntry>& menu, const curveStyle::cStyleTarget& target) const;
+    void appendSymbolMenuReal(std::vector<curveStyle::cMenuEntry>& menu, const curveStyle::cStyleTarget& target) const;
+    void appendSymbolMenuImag(std::vector<curveStyle::cMenuEntry>& menu, const curveStyle::cStyleTarget& target) const;
 };
 
 }  // namespace vx3

@@ -4,6 +4,7 @@
 #include "base/cLoggedException.h"
 #include "base/cVxLogger.h"
 #include "model/cCurvePlotDataFile.h"
+#include "plot/wxListOfCurveDescriptions.h"
 
 namespace vx3 {
 
@@ -156,6 +157,43 @@ void wxDataFileCurveDescription::clear()
 {
     mSections.clear();
     mRandomIndices.clear();
+}
+
+bool wxDataFileCurveDescription::initListOfCurvesOnClipboard(const std::string& text, wxListOfCurveDescriptions& list,
+                                                             const cVxLogger& logger) const
+{
+    wxListOfCurveDescriptions read;
+    std::string sender;
+    const bool xml = text.find("<vx_zelwave_curve_list") != std::string::npos;
+    const bool good = xml ? read.readDndCurveListString(text, mStore, sender, logger)
+                          : read.readCalculatorString(text, mStore, logger);
+    if (!good || read.empty())
+        return false;
+    list = std::move(read);
+    return true;
+}
+
+std::vector<wxCurveDescription> wxDataFileCurveDescription::getCurveDescriptionsForClipboardCurves(
+    const wxListOfCurveDescriptions& list, const cVxLogger& logger)
+{
+    std::vector<wxCurveDescription> descriptions;
+    for (const auto& entry : list.entries()) {
+        if (!entry.section)
+            continue;
+        std::vector<uint64_t> indices(entry.curveIndices.begin(), entry.curveIndices.end());
+        if (entry.allCurves)
+            for (uint64_t i = 0; i < entry.section->getNbOfVariables(); ++i)
+                indices.push_back(i);
+        for (uint64_t index : indices) {
+            try {
+                descriptions.push_back(getCurveDescription(mStore, entry.section, index));
+            } catch (const cLoggedException& failure) {
+                logger.errorMsg("Failed to load curve from data base.");
+                logger.infoMsg(failure.what());
+            }
+        }
+    }
+    return descriptions;
 }
 
 }  // namespace vx3

@@ -42,6 +42,16 @@ public:
     // reason in the logger.
     unsigned setCurveStyleAllSections(const wxWaveExplorerCommand& command, const cVxLogger& logger);
 
+    // Reads a pasted or dropped text (curve-list XML, else the calculator's expression) against
+    // the store into list; false, list untouched, with the reason in the logger.
+    bool initListOfCurvesOnClipboard(const std::string& text, wxListOfCurveDescriptions& list,
+                                     const cVxLogger& logger) const;
+    // Descriptions, with this store's styles, of every curve a list names, their values loaded.
+    // A curve that fails to load is reported ("Failed to load curve from data base.") and left
+    // out; the others come.
+    std::vector<wxCurveDescription> getCurveDescriptionsForClipboardCurves(const wxListOfCurveDescriptions& list,
+                                                                           const cVxLogger& logger);
+
     // After a reload of the store's files: new curves get styles, old ones keep theirs.
     returnCode updateAfterReload(bool reloadCurves, const cVxLogger& logger);
     // Drops the descriptions of sections about to close.

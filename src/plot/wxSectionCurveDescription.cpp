@@ -1,9 +1,11 @@
 #include "wxSectionCurveDescription.h"
 
+#include <cctype>
 #include <cmath>
 
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "base/cLoggedException.h"
+#include "base/cPatternMatch.h"
 #include "base/cVxLogger.h"
 #include "base/cVxString.h"
 #include "model/cCurvePlotDataSection.h"
@@ -249,6 +251,53 @@ void wxSectionCurveDescription::addAllCurvesToCurveDescriptions(wxListOfCurveDes
 {
     if (mSection)
         list.addSection(mSection);
+}
+
+void wxSectionCurveDescription::addAllCurvesToClipBoardCurves(wxListOfCurveDescriptions& list,
+                                                              const cVxLogger& logger) const
+{
+    if (!mSection)
+        return;
+    for (uint64_t index = 0; index < mSection->getNbOfVariables(); ++index)
+        list.addCurve(mSection, index, logger);
+}
+
+namespace {
+
+std::string lowered(std::string text)
+{
+    for (char& c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+bool checkNameMatches(const std::string& pattern, const std::string& name, bool caseSensitive)
+{
+    // "*" and "?" read as wildcards; only characters that wildcards lack make a regular expression.
+    const bool regular = pattern.find_first_of("[]()|^$+{}\\") != std::string::npos &&
+                         cRegularExpressionPatternMatch::checkIsRegularExpression(pattern);
+    if (regular)
+        return cRegularExpressionPatternMatch::checkMatches(caseSensitive ? pattern : "(?i)" + pattern, name);
+    return caseSensitive ? cWildCardPatternMatch::checkMatches(pattern, name)
+                         : cWildCardPatternMatch::checkMatches(lowered(pattern), lowered(name));
+}
+
+}  // namespace
+
+uint64_t wxSectionCurveDescription::findSectionsAndCurves(const std::string& pattern, const std::string& sectionPattern,
+                                                          bool caseSensitive, wxListOfCurveDescriptions& list,
+                                                          const cVxLogger& logger) const
+{
+    if (!mSection || pattern.empty())
+        return 0;
+    if (!sectionPattern.empty() && !checkNameMatches(sectionPattern, mSection->name(), caseSensitive))
+        return 0;
+    uint64_t added = 0;
+    for (uint64_t index = 0; index < mSection->getNbOfVariables(); ++index)
+        if (checkNameMatches(pattern, mSection->getVariable(index).name(), caseSensitive) &&
+            list.addCurve(mSection, index, logger))
+            ++added;
+    return added;
 }
 
 }  // namespace vx3

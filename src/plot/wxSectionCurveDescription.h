@@ -77,6 +77,14 @@ public:
     void setCurveStyleAllCurves(const wxCurveStyle& style);
     // The whole section, as one entry.
     void addAllCurvesToCurveDescriptions(wxListOfCurveDescriptions& list) const;
+    // Every curve of the section one by one, as a copy puts them on the clipboard (each with its
+    // unit and bus width in the curve list).
+    void addAllCurvesToClipBoardCurves(wxListOfCurveDescriptions& list, const cVxLogger& logger) const;
+    // Adds the curves whose names match pattern (wildcards "*" and "?", or a regular expression
+    // when it holds brackets, "|", "^", "$", "+" or a backslash), when the section's name matches sectionPattern (empty: any section).
+    // Returns the number of curves added.
+    uint64_t findSectionsAndCurves(const std::string& pattern, const std::string& sectionPattern,
+                                   bool caseSensitive, wxListOfCurveDescriptions& list, const cVxLogger& logger) const;
 
 private:
     wxCurveStyle dealStyle(uint64_t curveIndex, sectionCurveDescription::cRandomIndices& counters,

@@ -10,6 +10,9 @@
 #include "plot/wxAxisTextMetricsVirtual.h"
 
 namespace vx3 {
+
+class wxCurveDescriptionBase;
+
 namespace singlePlotWidgetAxis {
 
 enum tick_kind : int { tick_on_zero = 0, tick_labelled = 1, tick_subdivision = 2 };
@@ -47,6 +50,7 @@ struct cTickLabelAngle : cTickLabel {
 // A circle of a Smith grid in the plane of the reflection coefficient (unit circle = |G| 1).
 struct cSmithCircle {
     bool reactance = false;  // constant reactance (susceptance) arc, else constant resistance circle
+    bool admittance = false; // of the admittance chart (the impedance chart turned by half a turn)
     double value = 0.0;      // normalised resistance or reactance
     double centreX = 0.0, centreY = 0.0, radius = 0.0;
     std::string text;
@@ -57,6 +61,12 @@ struct cAxisSettings {
     bool zoomLimit = true;          // views may not leave the curves' bounding box (plus margin)
     double tickCrossSize = 1.0;     // configured size; the cross is this * 6 pixels
     bool timeStampLocalTime = true; // time stamp labels in local time, else in UTC
+    std::string timeZoneText;       // shown in the label of a date axis; empty: the system's zone name
+    // The colours of an axis by its state (0xrrggbb): plain, or showing offsets from one value.
+    unsigned axisColour = 0x000000;
+    unsigned disabledAxisColour = 0xa0a0a0;
+    unsigned deltaAxisColour = 0x0000c0;
+    unsigned disabledDeltaAxisColour = 0x9090d0;
 };
 
 // Classes of a time stamp axis's range, from the tick distance.
@@ -152,6 +162,18 @@ public:
     bool scrollLinear(double distance);
     bool scroll(double pixels);
     bool updateScaleForLogAxis(double min, double max, double pixelLow, double pixelHigh);
+
+    // --- scroll bar ----------------------------------------------------------------------------
+    // The view shows the whole bounding box (to a rounding).
+    bool checkIsUnzoomed() const;
+    // Part of the box lies outside the view.
+    bool checkNeedsScrollBar() const;
+    // The scroll bar of the view within the box and the view together, in steps of
+    // scroll_bar_range (decades on a log axis): the first step shown and the steps shown.
+    static constexpr int scroll_bar_range = 10000;
+    void getScrollBarSize(int& position, int& thumbSize) const;
+    // Centres the view on value, keeping its width, as far as the zoom limit lets it.
+    bool clickScrollToPosition(double value);
     void computeMinMaxUpdate(double pixelLow, double pixelHigh);
 
     // --- numbers as text ---------------------------------------------------------------------
@@ -207,11 +229,58 @@ public:
                                double radius);
     // One circle of constant resistance, or arc of constant reactance (value normalised).
     void pushAxisTickSmith(double value, bool reactance, bool admittance);
-    // The usual Smith chart circles and arcs, with the angle labels.
+    // The usual Smith chart circles and arcs, with the angle labels. A mixed grid holds both
+    // charts, the one named first in the grid's name first.
     void computeSmithAxesTicks(const wxAxisTextMetricsVirtual& metrics, double centreX, double centreY,
                                double radius);
     // The axis label and scale factor of a polar or Smith grid (imaginary: the vertical axis).
     void resetPolarOrSmithLabelAndScaleFactor(bool imaginary);
+
+    // --- curves, units and labels ---------------------------------------------------------------
+    // A vertical axis reads the imaginary part on polar and Smith grids.
+    virtual bool checkIsVerticalAxis() const { return false; }
+    // The axis of a curve's values: their unit seen through the complex conversion, the
+    // enumeration texts of an enumerated curve, the label and its scale factor.
+    void init(const wxCurveDescriptionBase& description, unsigned conversion);
+    // The axis of a curve's x values: the unit and name of its sweep variable. resetLabel also
+    // forgets a label and scale the user set.
+    void initSweep(const wxCurveDescriptionBase& description, bool resetLabel);
+    // Takes over another axis: view, scale, log flag, unit, label, scale factor and box.
+    void synchronizeAxis(const wxSinglePlotWidgetAxis& other);
+    // The other axis's unit, label and data range, on this axis's own pixels.
+    bool synchronizeAxis(const wxSinglePlotWidgetAxis& other, double pixelLow, double pixelHigh);
+    // A data range received from a linked plot; refused (nothing changes) like any view change.
+    bool synchronizeAxis(double min, double max, double pixelLow, double pixelHigh);
+    // A label the user chose; an empty text gives the automatic label back.
+    void resetLabel(const std::string& label);
+    // Forgets the user's label and scale: both follow the curves again.
+    void resetLabelAndScaleFactor();
+    void setScaleFactorByUser(double factor, const std::string& prefix);
+    bool checkLabelSetByUser() const { return mLabelSetByUser; }
+    bool checkScaleSetByUser() const { return mScaleSetByUser; }
+    // Label and scale factor for the visible range of the curve's unit (1e-9 s reads "ns"),
+    // unless the user fixed the scale; on polar and Smith grids their own labels.
+    void adjustScaleFactor(const wxCurveDescriptionBase& description, unsigned conversion);
+    // The quantity and unit texts the label is made of ("time", "s"), before the scale prefix.
+    const std::string& getAxisName() const { return mAxisName; }
+    const std::string& getUnitText() const { return mUnitText; }
+    const std::vector<std::string>& getEnumerationTexts() const { return mEnumerationTexts; }
+    void setEnumerationTexts(const std::vector<std::string>& texts) { mEnumerationTexts = texts; }
+    // The enumeration text of a whole value on an enumerated axis; false otherwise.
+    bool replaceByEnumStringValue(double value, std::string& text) const;
+
+    // The colour the axis is drawn in: a delta axis (one value and offsets) stands out, an axis
+    // of a plot that isn't the active one is greyed.
+    unsigned getCorrespondingColor(bool enabled) const;
+
+    // A position the user typed: a number with an engineering suffix ("2.5u"), an expression of
+    // the calculator ("1u + 250n", "2*pi", "1e3/4"), on a time stamp axis also a date and time
+    // ("2026-11-24 08:30:00", "2026-11-24T08:30:00.25"). False with the reason in message.
+    bool evaluatePosition(const std::string& text, double& value, std::string& message) const;
+    // Date and clock time of a time stamp for readouts, in the axis's date format and time zone.
+    std::string convertTimeStampToString(double seconds, int precision = 0) const;
+    // The time zone text shown in the label of a date axis.
+    std::string getTimeZoneText() const;
 
     // --- time stamps (seconds since the epoch) ------------------------------------------------
     // Returns the time_stamp_class of the chosen distance; at most maxTicks ticks of that distance.
@@ -221,6 +290,11 @@ public:
     std::string convertTimeStampToStringForAxes(double seconds, int timeStampClass,
                                                 int precision) const;
     void computeAxesTicksTimeStamp(const wxAxisTextMetricsVirtual& metrics, double pixelHigh);
+    // Ticks on the first days of months, or of years, for views of months and longer; false
+    // (nothing changed) beyond the years the calendar covers.
+    bool computeAxesTicksCalendar(const wxAxisTextMetricsVirtual& metrics, double pixelHigh, double maxTicks);
+    // The first instant of month monthIndex counted from January of year 0 (year * 12 + month - 1).
+    double convertCalendarMonthToTimeStamp(int64_t monthIndex) const;
 
 protected:
     // The space one label needs along the axis, from the measured text.
@@ -250,8 +324,12 @@ protected:
     double mPixelOfMin = 0.0;
     double mMax = 1.0;
     singlePlotWidgetAxis::cAxisSettings mSettings;
+    void updateLabel();
+
     std::string mLabel;
     std::vector<std::string> mLabelLines;
+    std::string mAxisName;
+    std::string mUnitText;
     std::string mScaleFactorPrefix;
     double mLabelScaleFactor = 1.0;
     double mNormalizingImpedance = 50.0;

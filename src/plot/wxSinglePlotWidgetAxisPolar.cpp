@@ -152,6 +152,7 @@ void wxSinglePlotWidgetAxis::pushAxisTickSmith(double value, bool reactance, boo
     cSmithCircle circle;
     circle.reactance = reactance;
     circle.value = value;
+    circle.admittance = admittance;
     if (!reactance) {
         if (value <= -1.0 || !std::isfinite(value))
             return;  // no circle of constant resistance -1 or below inside the chart
@@ -178,13 +179,19 @@ void wxSinglePlotWidgetAxis::computeSmithAxesTicks(const wxAxisTextMetricsVirtua
 {
     clearTicks();
     mSmithCircles.clear();
-    const bool admittance = checkIsAdmittanceGrid(mGridType);
     static constexpr std::array<double, 6> resistances = {0.0, 0.2, 0.5, 1.0, 2.0, 5.0};
     static constexpr std::array<double, 10> reactances = {0.2, 0.5, 1.0, 2.0, 5.0, -0.2, -0.5, -1.0, -2.0, -5.0};
-    for (double r : resistances)
-        pushAxisTickSmith(r, false, admittance);
-    for (double x : reactances)
-        pushAxisTickSmith(x, true, admittance);
+    const auto pushChart = [&](bool admittance) {
+        for (double r : resistances)
+            pushAxisTickSmith(r, false, admittance);
+        for (double x : reactances)
+            pushAxisTickSmith(x, true, admittance);
+    };
+    const bool admittanceFirst = checkIsAdmittanceGrid(mGridType);
+    pushChart(admittanceFirst);
+    if (mGridType == waveExplorerWidgetVirtual::smith_impedance_and_admittance_grid ||
+        mGridType == waveExplorerWidgetVirtual::smith_admittance_and_impedance_grid)
+        pushChart(!admittanceFirst);
     computeAngleTicksForPolarPlot(metrics, centreX, centreY, radius);
 }
 

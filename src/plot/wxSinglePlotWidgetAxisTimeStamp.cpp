@@ -3,6 +3,7 @@
 #include <cmath>
 #include <ctime>
 #include <iterator>
+#include <limits>
 
 #include "model/derivedCurveFunction.h"
 #include "plot/wxSinglePlotWidgetAxis.h"
@@ -164,6 +165,8 @@ void wxSinglePlotWidgetAxis::computeAxesTicksTimeStamp(const wxAxisTextMetricsVi
     const int timeStampClass = computeTickDistanceTimeStamp(mMin, mMax, distance, subdivisions, maxTicks);
     if (!(distance > 0.0))
         return;
+    if (timeStampClass >= time_stamp_months && computeAxesTicksCalendar(metrics, pixelHigh, maxTicks))
+        return;
     const int precision = computeTimeStampPrecision(timeStampClass, distance);
     double alignment = 0.0;
     if (mSettings.timeStampLocalTime) {
@@ -178,6 +181,99 @@ void wxSinglePlotWidgetAxis::computeAxesTicksTimeStamp(const wxAxisTextMetricsVi
     mCacheSubdivisions = subdivisions;
     computeAxesTicksLinear(metrics, pixelHigh, distance / subdivisions, subdivisions, precision,
                            timeStampClass, alignment);
+}
+
+namespace {
+
+struct cCalendarStep {
+    int64_t months;       // between labelled ticks
+    int64_t subdivision;  // months between all ticks
+};
+
+// Months and quarters, then 1, 2, 5 times a power of ten of years, each with ticks that read as
+// whole months or years between the labels.
+cCalendarStep chooseCalendarStep(double range, double maxTicks)
+{
+    constexpr double average_month = 365.2425 * day / 12.0;
+    for (const cCalendarStep step : {cCalendarStep{1, 1}, cCalendarStep{2, 1}, cCalendarStep{3, 1},
+                                     cCalendarStep{6, 1}, cCalendarStep{12, 3}})
+        if (range / (static_cast<double>(step.months) * average_month) <= maxTicks)
+            return step;
+    for (int64_t power = 1; power <= 100000; power *= 10)
+        for (int64_t leading : {1, 2, 5}) {
+            const int64_t years = leading * power;
+            const int64_t sub = leading == 2 ? years / 2 : std::max<int64_t>(1, years / 5);
+            if (range / (static_cast<double>(years) * 12.0 * average_month) <= maxTicks)
+                return {years * 12, sub * 12};
+        }
+    return {0, 0};
+}
+
+}  // namespace
+
+double wxSinglePlotWidgetAxis::convertCalendarMonthToTimeStamp(int64_t monthIndex) const
+{
+    struct tm parts {};
+    const int64_t year = monthIndex >= 0 ? monthIndex / 12 : -((-monthIndex + 11) / 12);
+    parts.tm_year = static_cast<int>(year - 1900);
+    parts.tm_mon = static_cast<int>(monthIndex - year * 12);
+    parts.tm_mday = 1;
+    parts.tm_isdst = -1;
+    return static_cast<double>(mSettings.timeStampLocalTime ? std::mktime(&parts) : timegm(&parts));
+}
+
+bool wxSinglePlotWidgetAxis::computeAxesTicksCalendar(const wxAxisTextMetricsVirtual& metrics, double pixelHigh,
+                                                      double maxTicks)
+{
+    // The calendar of the C library covers the years 1 to 9999 without surprises.
+    constexpr double first_year = -62135596800.0, last_year = 253402300799.0;
+    if (!(mMin > first_year) || !(mMax < last_year) || mIsLog)
+        return false;
+    const cCalendarStep step = chooseCalendarStep(mMax - mMin, maxTicks);
+    if (step.months <= 0)
+        return false;
+    const time_t start = static_cast<time_t>(std::floor(mMin));
+    struct tm parts {};
+    if (mSettings.timeStampLocalTime)
+        localtime_r(&start, &parts);
+    else
+        gmtime_r(&start, &parts);
+    const int64_t firstMonth = (static_cast<int64_t>(parts.tm_year) + 1900) * 12 + parts.tm_mon;
+    // Ticks on multiples of the subdivision counted from year 0: quarters start in January,
+    // decades in years ending in 0.
+    int64_t month = firstMonth - ((firstMonth % step.subdivision) + step.subdivision) % step.subdivision;
+    mTicks.clear();
+    mDeltaReferenceIndex = -1;
+    int64_t previousPixel = std::numeric_limits<int64_t>::min();
+    for (; mTicks.size() < 100000; month += step.subdivision) {
+        const double stamp = convertCalendarMonthToTimeStamp(month);
+        if (stamp > mMax)
+            break;
+        if (stamp < mMin)
+            continue;
+        cDoubleDouble exact;
+        toInt(stamp, exact);
+        const int64_t pixel = exact.roundToInt64();
+        if (pixel == previousPixel)
+            continue;
+        previousPixel = pixel;
+        cTickLabel tick;
+        tick.value = stamp;
+        tick.position = static_cast<double>(pixel);
+        tick.exactPosition = exact.toDouble();
+        tick.kind = month % step.months == 0 ? tick_labelled : tick_subdivision;
+        if (tick.kind == tick_labelled) {
+            // Whole years read as the year alone; months as the date of their first day.
+            std::string text = step.months % 12 == 0 ? std::to_string(month / 12)
+                                                     : convertTimeStampToStringForAxes(stamp, time_stamp_months, 0);
+            if (static_cast<double>(pixel) + 0.5 * computeLabelExtent(metrics, text) <= pixelHigh)
+                tick.text = std::move(text);
+        }
+        mTicks.push_back(std::move(tick));
+    }
+    mCacheTickDistance = static_cast<double>(step.subdivision) * 365.2425 * day / 12.0;
+    mCacheSubdivisions = static_cast<unsigned>(step.months / step.subdivision);
+    return true;
 }
 
 }  // namespace vx3

@@ -13,6 +13,7 @@ public:
     void computeAxesTicks(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) override;
     // Vertical axes are never logarithmic.
     void computeAxesTicksLog(const wxAxisTextMetricsVirtual& metrics, double pixelHigh) override {}
+    bool checkIsVerticalAxis() const override { return true; }
     // The widest label text allowed; not positive for no bound.
     void setMaxTextWidth(double width) { mMaxTextWidth = width; }
 

@@ -237,3 +237,76 @@ TEST(SectionCurveDescription, ReloadKeepsStylesAndDescribesNewCurves)
     EXPECT_EQ(held.size(), 4u);
     EXPECT_EQ(held.curvePlotVariable().getDoubleValue(3), 80.0);
 }
+
+TEST(SectionCurveDescription, ClipboardListsFindAndDescribeCurves)
+{
+    cCurvePlotDataFile store;
+    cFileDbSupport& file = store.findDbSupport("rc.raw");
+    cCurvePlotDataSection& tran = addSection(store, file, "tran", curvePlotDataType::second, 3);
+    cCurvePlotDataSection& bare = *store.addDataSection("samples", &file);
+    bare.addVariable(store.addType("v", data_double, curvePlotDataType::volt), "s");
+    wxWaveExplorerConfiguration configuration;
+    wxDataFileCurveDescription styles(store, configuration);
+    bool created = false;
+    wxSectionCurveDescription& tranStyles = styles.findOrCreateDataSectionDescription(&tran, created);
+    cVxStringLogger sink;
+    cVxLogger logger;
+    logger.setLoggerCallBack(&sink);
+
+    // Names by wildcard, either case unless asked, by regular expression, within matching sections.
+    struct cCase {
+        const char* pattern;
+        const char* section;
+        bool caseSensitive;
+        uint64_t found;
+    } cases[] = {
+        {"*_1", "", false, 1},      {"TRAN_?", "", false, 3},   {"TRAN_?", "", true, 0},
+        {"tran_[02]", "", true, 2}, {"*", "t*", false, 3},      {"*", "ac", false, 0},
+        {"", "", false, 0},
+    };
+    for (const cCase& c : cases) {
+        wxListOfCurveDescriptions found;
+        EXPECT_EQ(tranStyles.findSectionsAndCurves(c.pattern, c.section, c.caseSensitive, found, logger), c.found)
+            << c.pattern << " in " << c.section;
+        bool wholeSections = true, instances = true;
+        EXPECT_EQ(found.getNumberOfCurves(wholeSections, instances), c.found);
+        EXPECT_FALSE(wholeSections);
+    }
+
+    // A copy names every curve on its own, and the text of it reads back into the same list.
+    wxListOfCurveDescriptions copied;
+    tranStyles.addAllCurvesToClipBoardCurves(copied, logger);
+    ASSERT_EQ(copied.entries().size(), 1u);
+    EXPECT_FALSE(copied.entries()[0].allCurves);
+    EXPECT_EQ(copied.entries()[0].curveIndices, (std::vector<unsigned>{0, 1, 2}));
+    for (int format : {listOfCurveDescriptions::curve_list_xml, listOfCurveDescriptions::calculator_expression}) {
+        std::string text;
+        ASSERT_TRUE(copied.createDndCurveListString(format, text, "7", logger));
+        wxListOfCurveDescriptions pasted;
+        ASSERT_TRUE(styles.initListOfCurvesOnClipboard(text, pasted, logger)) << text;
+        ASSERT_EQ(pasted.entries().size(), 1u);
+        EXPECT_EQ(pasted.entries()[0].section, &tran);
+        EXPECT_EQ(pasted.entries()[0].curveIndices, (std::vector<unsigned>{0, 1, 2}));
+    }
+    wxListOfCurveDescriptions untouched;
+    untouched.addSection(&bare);
+    EXPECT_FALSE(styles.initListOfCurvesOnClipboard("no curves here", untouched, logger));
+    EXPECT_EQ(untouched.entries().size(), 1u);
+
+    // Descriptions of the clipboard's curves carry the file's styles and hold the values; a curve
+    // that can't be described is reported and the others come.
+    wxListOfCurveDescriptions mixed = copied;
+    ASSERT_TRUE(mixed.addCurve(&bare, 0, logger));
+    sink.clear();
+    const std::vector<wxCurveDescription> descriptions = styles.getCurveDescriptionsForClipboardCurves(mixed, logger);
+    ASSERT_EQ(descriptions.size(), 3u);
+    for (uint64_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(descriptions[i].getSection(), &tran);
+        EXPECT_EQ(descriptions[i].getCurveIndex(), i);
+        EXPECT_EQ(descriptions[i].style(), tranStyles.getCurveStyle(i));
+        EXPECT_TRUE(descriptions[i].checkHoldsReferences());
+        EXPECT_GE(tran.getVariable(i).getReferenceCount(), 1);
+    }
+    EXPECT_NE(sink.getBufferAsString().find("Failed to load curve from data base."), std::string::npos);
+    EXPECT_EQ(bare.getVariable(0).getReferenceCount(), 0);
+}

@@ -248,3 +248,81 @@ TEST(CurveStyle, CommandsNeverAskForTheAutomaticStyle)
     EXPECT_FALSE(style.setStyleFromAction(empty));
     EXPECT_EQ(style, before);
 }
+
+TEST(CurveStyleMenus, EveryEntryIsACommandThatChangesOneChoice)
+{
+    wxCurveStyle style;
+    style.realColour = 0x00a0ff;
+    style.imagColour = 0x102030;
+    style.realLineWidth = 2;
+    style.imagLineWidth = 4;
+    style.realSymbol = circles;
+    style.imagSymbol = diamonds;
+    style.realLineStyle = dashed_line;
+    style.imagLineStyle = dotted_line;
+    style.setAutomatic(false);
+    for (const std::string plot : {"", "Plot 1"}) {
+        SCOPED_TRACE(plot);
+        const curveStyle::cStyleTarget target{plot, 7, 3, true};
+        // The style's own command gives the style back.
+        wxCurveStyle back;
+        ASSERT_TRUE(back.setStyle(parsed(style.getStyleCommand(target))));
+        EXPECT_EQ(back, style);
+
+        struct cMenu {
+            const char* name;
+            void (wxCurveStyle::*append)(std::vector<curveStyle::cMenuEntry>&, const curveStyle::cStyleTarget&) const;
+            bool widths;
+            bool real, imag;
+        } menus[] = {
+            {"widths", &wxCurveStyle::appendLineWidthMenu, true, true, true},
+            {"real widths", &wxCurveStyle::appendLineWidthMenuReal, true, true, false},
+            {"imaginary widths", &wxCurveStyle::appendLineWidthMenuImag, true, false, true},
+            {"symbols", &wxCurveStyle::appendSymbolMenu, false, true, true},
+            {"real symbols", &wxCurveStyle::appendSymbolMenuReal, false, true, false},
+            {"imaginary symbols", &wxCurveStyle::appendSymbolMenuImag, false, false, true},
+        };
+        for (const cMenu& menu : menus) {
+            SCOPED_TRACE(menu.name);
+            std::vector<curveStyle::cMenuEntry> entries;
+            (style.*menu.append)(entries, target);
+            ASSERT_EQ(entries.size(), menu.widths ? 5u : wxCurveStyle::getSymbolsAsStrings().size());
+            int checked = 0;
+            for (size_t i = 0; i < entries.size(); ++i) {
+                const auto& entry = entries[i];
+                const wxWaveExplorerCommand command = parsed(entry.command);
+                EXPECT_EQ(command.plotName, plot);
+                wxCurveStyle applied = style;
+                ASSERT_TRUE(applied.setStyle(command)) << entry.command;
+                // Only the chosen attribute of the chosen parts differs.
+                wxCurveStyle expected = style;
+                const int choice = menu.widths ? int(i) + 1 : get_symbol_from_string(entry.text);
+                ASSERT_GE(choice, 0) << entry.text;
+                if (menu.real)
+                    (menu.widths ? expected.realLineWidth : expected.realSymbol) = choice;
+                if (menu.imag)
+                    (menu.widths ? expected.imagLineWidth : expected.imagSymbol) = choice;
+                EXPECT_EQ(applied, expected) << entry.command;
+                checked += entry.checked ? 1 : 0;
+            }
+            // The present choice is ticked; for both parts only when they agree (2 and 4 don't).
+            EXPECT_EQ(checked, menu.real && menu.imag ? 0 : 1);
+        }
+    }
+    // Both parts ticked when they agree; a real curve's command has one part.
+    style.imagLineWidth = 2;
+    std::vector<curveStyle::cMenuEntry> entries;
+    style.appendLineWidthMenu(entries, {"", 1, 0, false});
+    ASSERT_EQ(entries.size(), 5u);
+    EXPECT_TRUE(entries[1].checked);
+    EXPECT_EQ(entries[1].text, "2 pixels");
+    EXPECT_EQ(entries[0].text, "1 pixel");
+    EXPECT_EQ(entries[0].command, "set_curve_style_by_id_and_index 1 0 4 2 1 #a0ff");
+
+    const std::vector<std::string> digital = wxCurveStyle::getDigitalDataAsStrings();
+    ASSERT_EQ(digital.size(), 13u);
+    EXPECT_EQ(digital.front(), "hexadecimal");
+    EXPECT_EQ(digital[5], "hexadecimal with base");
+    EXPECT_EQ(digital[11], "binary port values ");
+    EXPECT_EQ(digital.back(), "binary port values with strength");
+}

@@ -133,3 +133,65 @@ TEST(wxSinglePlotWidgetAxisTimeStamp, LocalMidnight)
     }
     EXPECT_GE(labels, 3);
 }
+
+TEST(wxSinglePlotWidgetAxisTimeStamp, MonthsAndYearsFollowTheCalendar)
+{
+    // Months of 28 to 31 days and leap years: labelled ticks stand on the first instant of a
+    // month (or of a year), as the C library's calendar says, whatever the view.
+    cFixedWidthMetrics metrics;
+    struct {
+        const char* name;
+        double min, max;
+        bool yearsOnly;
+    } views[] = {
+        {"a year", 1767225600.0 - 20 * 86400.0, 1767225600.0 + 345 * 86400.0, false},  // around 2026-01-01
+        {"five months over a leap February", 1706745600.0, 1706745600.0 + 150 * 86400.0, false},  // 2024-02-01
+        {"thirty years", 946684800.0 - 1e6, 946684800.0 + 30 * 365.25 * 86400.0, true},
+        {"three centuries", -2208988800.0, -2208988800.0 + 300 * 365.25 * 86400.0, true},  // from 1900
+    };
+    for (bool local : {false, true}) {
+        for (const auto& view : views) {
+            SCOPED_TRACE(std::string(view.name) + (local ? " local" : " utc"));
+            cAxisSettings settings;
+            settings.timeStampLocalTime = local;
+            wxSinglePlotWidgetXAxis axis(settings);
+            axis.setDataUnitIdentifier(time_stamp_unit_identifier);
+            axis.setBoundingBox(view.min, view.max);
+            ASSERT_TRUE(axis.setView(view.min, view.max, 0.0, 900.0));
+            axis.computeAxesTicks(metrics, 900.0);
+            int labels = 0;
+            double previous = -1.0;
+            std::string lastText;
+            for (const auto& tick : axis.getTicks()) {
+                EXPECT_GT(tick.position, previous);
+                previous = tick.position;
+                EXPECT_GE(tick.value, view.min);
+                EXPECT_LE(tick.value, view.max);
+                const time_t time = static_cast<time_t>(tick.value);
+                EXPECT_EQ(static_cast<double>(time), tick.value);  // whole seconds
+                struct tm parts {};
+                if (local)
+                    localtime_r(&time, &parts);
+                else
+                    gmtime_r(&time, &parts);
+                EXPECT_EQ(parts.tm_mday, 1) << tick.text;
+                EXPECT_EQ(parts.tm_hour * 3600 + parts.tm_min * 60 + parts.tm_sec, 0) << tick.text;
+                if (tick.text.empty())
+                    continue;
+                ++labels;
+                EXPECT_NE(tick.text, lastText);
+                lastText = tick.text;
+                if (view.yearsOnly) {
+                    EXPECT_EQ(parts.tm_mon, 0) << tick.text;
+                    EXPECT_EQ(tick.text, std::to_string(parts.tm_year + 1900));
+                } else {
+                    char expected[16];
+                    std::strftime(expected, sizeof expected, "%d.%m.%Y", &parts);
+                    EXPECT_EQ(tick.text, expected);
+                }
+            }
+            EXPECT_GE(labels, 2);
+            EXPECT_LE(labels, 12);
+        }
+    }
+}

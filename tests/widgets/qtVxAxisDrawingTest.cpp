@@ -163,4 +163,52 @@ TEST(qtVxAxisDrawing, LogFrameAndDeepZoom)
     }
 }
 
+TEST(qtVxAxisDrawing, LeftMarginFitsTheWidestYLabel)
+{
+    // At deep zoom the labels are deltas with signs and exponents, far wider than plain numbers;
+    // a margin from the drawn labels keeps every one of them, a fixed narrow one cuts some off.
+    struct cCase {
+        double min, max;
+    };
+    for (const cCase& view : {cCase{1000.0 - 5e-13, 1000.0 + 5e-13}, cCase{-1.25, 3.5}, cCase{-7.5e-9, 2.5e-8}}) {
+        SCOPED_TRACE(view.min);
+        qtVxBitmap bitmap(width, height);
+        qtVxBufferedDrawContextInverted context(bitmap);
+        wxSinglePlotWidgetYAxis y;
+        y.setMaxTextWidth(width / 3.0);
+        ASSERT_TRUE(y.setView(view.min, view.max, frame.bottom, frame.top));
+        y.computeAxesTicks(context, frame.top);
+        const std::string title = "voltage [V]";
+        const double margin = qtVxAxisDrawing::computeLeftMargin(y, context, title);
+        double widest = 0.0;
+        for (const auto& tick : y.getTicks())
+            widest = std::max(widest, tick.text.empty() ? 0.0 : context.getTextWidth(tick.text));
+        EXPECT_GT(margin, widest + qtVxAxisDrawing::labelled_tick_length);
+        EXPECT_LT(margin, widest + 60.0);
+
+        cAxisFrame fitted = frame;
+        fitted.left = margin;
+        context.setPen(cVxPen{axis_colour, 1, vxDrawContext::solid_pen});
+        const auto drawn = qtVxAxisDrawing::draw(y, context, fitted, title);
+        EXPECT_EQ(drawn.size(), countLabelled(y));
+        for (const QRectF& box : drawn)
+            EXPECT_GE(box.left(), 0.0);
+        // The title was drawn too: ink left of the widest label, in the middle of the height.
+        int ink = 0;
+        const QImage& image = bitmap.getImage();
+        for (int x = 0; x < int(margin - widest - qtVxAxisDrawing::labelled_tick_length - 2.0); ++x)
+            for (int row = height / 2 - 20; row < height / 2 + 20; ++row)
+                ink += (image.pixel(x, row) & 0xffffffu) != 0xffffffu ? 1 : 0;
+        EXPECT_GT(ink, 5);
+        if (view.min > 999.0) {
+            EXPECT_GT(widest, 40.0);  // really the wide case
+            // A margin sized for short numbers loses labels.
+            bitmap.fill(background);
+            cAxisFrame narrow = frame;
+            narrow.left = 40.0;
+            EXPECT_LT(qtVxAxisDrawing::draw(y, context, narrow).size(), countLabelled(y));
+        }
+    }
+}
+
 }  // namespace

@@ -1,5 +1,6 @@
 #include "plot/qt/qtVxAxisDrawing.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace vx3 {
@@ -102,6 +103,20 @@ std::vector<QRectF> draw(const wxSinglePlotWidgetYAxis& axis, qtVxBufferedDrawCo
             context.drawText(title, x, y, qtVxBufferedDrawContext::anchor_bottom_centre, 90.0);
     }
     return drawn;
+}
+
+double computeLeftMargin(const wxSinglePlotWidgetYAxis& axis, const wxAxisTextMetricsVirtual& metrics,
+                         const std::string& title)
+{
+    double widest = 0.0;
+    for (const cTickLabel& tick : axis.getTicks())
+        if (!tick.text.empty())
+            widest = std::max(widest, metrics.getTextWidth(tick.text));
+    double margin = labelled_tick_length + label_gap + widest;
+    if (!title.empty())
+        margin += label_gap + metrics.getTextHeight(title);
+    // A pixel to spare: text boxes are measured in fractions and must not touch the edge.
+    return std::ceil(margin + 1.0);
 }
 
 void drawGridFine(const wxSinglePlotWidgetAxis& axis, bool vertical, qtVxBufferedDrawContext& context,

@@ -36,6 +36,12 @@ std::vector<QRectF> draw(const wxSinglePlotWidgetXAxis& axis, qtVxBufferedDrawCo
 std::vector<QRectF> draw(const wxSinglePlotWidgetYAxis& axis, qtVxBufferedDrawContext& context,
                          const cAxisFrame& frame, const std::string& title = std::string());
 
+// The room left of the frame that the Y axis needs for its tick marks, the widest label among its
+// computed ticks and the title turned upright: the frame's left edge, so that no label is cut.
+// Compute the ticks first; their precision does not depend on this room.
+double computeLeftMargin(const wxSinglePlotWidgetYAxis& axis, const wxAxisTextMetricsVirtual& metrics,
+                         const std::string& title = std::string());
+
 // Grid lines across the frame through the ticks of one kind: fine through subdivisions, coarse
 // through labelled ticks, zero through the tick on zero. Drawn in that order, coarser lines lie on top.
 void drawGridFine(const wxSinglePlotWidgetAxis& axis, bool vertical, qtVxBufferedDrawContext& context,
