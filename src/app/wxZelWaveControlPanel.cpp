@@ -162,6 +162,7 @@ QWidget* wxZelWaveControlPanel::buildCommandsPage()
     mCommandText = new QLineEdit;
     mCommandText->setPlaceholderText("<enter your command here>");
     mCommandText->setClearButtonEnabled(true);
+    mCommandText->setObjectName("command_text");
     connect(mCommandText, &QLineEdit::returnPressed, this, [this] { executeTextCommand(); });
     auto* commandRow = new QHBoxLayout;
     commandRow->addWidget(mCommandText, 1);

@@ -58,6 +58,7 @@ QWidget* wxZelWaveControlPanel::buildDataPage()
     mCurves = new QListWidget;
     mCurves->setSelectionMode(QAbstractItemView::SingleSelection);
     mDataPlot = makePlotCombo();
+    mDataPlot->setObjectName("data_plot");
     mUnhighlightOthers = new QCheckBox("Unhighlight others");
     mUnhighlightOthers->setChecked(true);
 
@@ -187,6 +188,7 @@ QWidget* wxZelWaveControlPanel::buildNewPlotPage()
     auto* page = new QWidget;
     mNewPlotName = new QLineEdit("analog 1");
     mNewPlotType = new QComboBox;
+    mNewPlotType->setObjectName("new_plot_type");
     mNewPlotType->addItems({"analog", "digital", "fft", "calculator"});
     mNewTab = new QCheckBox("Create New Tab");
     mNewTab->setChecked(true);
@@ -232,6 +234,7 @@ QWidget* wxZelWaveControlPanel::buildExistingPlotsPage()
 {
     auto* page = new QWidget;
     mExistingPlot = makePlotCombo();
+    mExistingPlot->setObjectName("existing_plot");
     auto* form = new QFormLayout;
     form->addRow("Existing Plot Name", mExistingPlot);
     auto* buttons = new QHBoxLayout;
@@ -256,11 +259,13 @@ QWidget* wxZelWaveControlPanel::buildGuiOptionsPage()
     auto* page = new QWidget;
     // Blank until chosen: the panel does not know what the window shows now.
     auto* toolBar = new QComboBox;
+    toolBar->setObjectName("tool_bar_style");
     toolBar->addItems({"none", "permanent", "permanent_left", "permanent_right"});
     toolBar->setCurrentIndex(-1);
     connect(toolBar, &QComboBox::activated, this,
             [this, toolBar](int) { setGuiOption("tool_bar_style", toolBar->currentText().toStdString()); });
     auto* sideBar = new QComboBox;
+    sideBar->setObjectName("side_bar_style");
     sideBar->addItems({"none", "permanent", "permanent_left", "permanent_right", "in_sidebar", "temporary",
                        "temporary_left", "temporary_right"});
     sideBar->setCurrentIndex(-1);
