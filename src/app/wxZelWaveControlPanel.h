@@ -69,7 +69,7 @@ public:
     void appendCallbackLog(const std::string& line);
     // The data that the drag source carries now.
     QMimeData* createDragData() const;
-    QSize sizeHint() const override { return QSize(620, 520); }
+    QSize sizeHint() const override { return QSize(780, 540); }
     QSize minimumSizeHint() const override { return QSize(360, 300); }
 
 private:
