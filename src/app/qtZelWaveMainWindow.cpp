@@ -117,6 +117,10 @@ void qtZelWaveMainWindow::buildMenuBar()
         if (explorer())
             explorer()->showConfigurationDialog();
     });
+    // Through commands, so that a recording repeats them and the logger shows them.
+    QMenu* tools = mWindow->menuBar()->addMenu("&Tools");
+    tools->addAction("Command &Logger", [this] { lockAndExecuteCommand("show_command_logger 1"); });
+    tools->addAction("Control &Panel", [this] { lockAndExecuteCommand("show_control_panel 1"); });
 }
 
 int qtZelWaveMainWindow::controlPanelVirtualExecuteCommand(const std::string& command)

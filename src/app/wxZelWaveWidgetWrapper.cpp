@@ -12,6 +12,7 @@
 #include "base/cVxString.h"
 #include "explorer/wxLogSink.h"
 #include "explorer/wxWaveExplorerWidgetImpl.h"
+#include "wxZelWaveCommandLogger.h"
 #include "zelwaveBuildInfo.h"
 
 namespace vx3 {
@@ -64,6 +65,7 @@ wxZelWaveWidgetWrapper::~wxZelWaveWidgetWrapper()
     mThread.joinThread();
     mSecondThread.joinThread();
     mLogger.setLoggerCallBack(nullptr);
+    detachToolWindows();
     // The explorer is a child of the Qt window and goes with it.
     mExplorer = nullptr;
 }
@@ -165,6 +167,7 @@ int wxZelWaveWidgetWrapper::lockAndExecuteCommand(const std::string& command)
             wxWaveExplorerAction action;
             action.actionType = local.actionType == cmd_show_control_panel ? explorerCallBack::show_control_panel
                                                                            : explorerCallBack::show_command_logger;
+            action.pushDoubleArg(local.getDoubleArgAsBool(0, true) ? 1.0 : 0.0);
             waveExplorerVirtualCallBackAction(action);
             return vx_code_ok;
         }
@@ -211,6 +214,11 @@ int wxZelWaveWidgetWrapper::executeCommand(const std::string& text, bool useThre
         }
         if (mDebugMode && !mInComment)
             mLogger.infoMsg("Interactive Mode: processing the command \"" + line + "\".");
+        // Lines inside a comment block do nothing and are not shown; its two ends are.
+        wxZelWaveCommandLogger* commandLogger =
+            mInComment && mCommand.actionType != cmd_comment_end ? nullptr : commandLoggerForCommand(mCommand);
+        if (commandLogger)
+            commandLogger->addCommand(line);
         result = executeCommandImpl(rest.empty() ? useThread : false);
         if (mDebugMode) {
             if (result == vx_code_ok)
@@ -220,6 +228,8 @@ int wxZelWaveWidgetWrapper::executeCommand(const std::string& text, bool useThre
             else
                 mLogger.errorMsg("Interactive Mode: execution failed.");
         }
+        if (commandLogger)
+            logCommandResult(commandLogger, result);
     }
     return result;
 }
@@ -408,6 +418,11 @@ int wxZelWaveWidgetWrapper::waveExplorerVirtualCallBackAction(wxWaveExplorerActi
     case explorerCallBack::all_files_closed:
         pushNotification({vx_notification_all_files_closed, std::string(), std::string(), 0});
         return 0;
+    case explorerCallBack::show_control_panel:
+    case explorerCallBack::show_command_logger:
+    case explorerCallBack::clear_command_logger:
+    case explorerCallBack::enable_command_logger:
+        return performToolWindowAction(action);
     default:
         return 3;
     }

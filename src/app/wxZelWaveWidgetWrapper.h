@@ -24,6 +24,8 @@ class QWidget;
 namespace vx3 {
 
 class wxWaveExplorerWidgetImpl;
+class wxZelWaveCommandLogger;
+class wxZelWaveControlPanel;
 
 namespace zelWaveWidgetWrapper {
 struct cUserNotification {
@@ -111,6 +113,11 @@ public:
     void registerCallback(const vx_zelwave_qt_callback_type* callbacks);
     static const char* getToolName() { return "Zelkora Wave"; }
     static const char* getVendorName() { return "Harlan Tessel"; }
+    // The two tool windows, made on first show as windows of their own over parent.
+    void showControlPanel(QWidget* parent, bool show);
+    void showCommandLogger(QWidget* parent, bool show);
+    wxZelWaveControlPanel* controlPanel() const { return mControlPanel; }
+    wxZelWaveCommandLogger* commandLogger() const { return mCommandLogger; }
     void saveTopLevelWindowDimensions(int width, int height);
     bool checkTopWindowWH(int& width, int& height) const;
     void applicationCloses();
@@ -150,11 +157,19 @@ private:
     std::string formatSocketReply(int result) const;
     void storeTaskResult(int result);
     void attachLogFile(const cCommandLineParser& parser);
+    int performToolWindowAction(const wxWaveExplorerAction& action);
+    void detachToolWindows();
+    wxZelWaveCommandLogger* commandLoggerForCommand(const wxWaveExplorerCommand& command) const;
+    void logCommandResult(wxZelWaveCommandLogger* logger, int result) const;
 
     // (declaration order follows the object's life: logger before the explorer that feeds it)
     cVxLogger mLogger;
     wxWaveExplorerConfiguration mConfiguration;
     wxWaveExplorerWidgetImpl* mExplorer = nullptr;
+    wxZelWaveControlPanel* mControlPanel = nullptr;
+    // Set once on the main thread, read by the background task for every command.
+    std::atomic<wxZelWaveCommandLogger*> mCommandLogger{nullptr};
+    std::atomic<bool> mCommandLoggerEnabled{true};
     wxWaveExplorerCommand mCommand;
     cVxMutex mCommandMutex;
     std::string mPluginContext;

@@ -89,6 +89,7 @@ private:
     int performCommand(wxWaveExplorerCommand& command, bool useThread);
     int performOption(wxWaveExplorerCommand& command);
     int performSetFirstSectionIdentifier(wxWaveExplorerCommand& command);
+    int performToolWindowCommand(wxWaveExplorerCommand& command);
     void startWait(double seconds);
     void emptyCommandQueue();
     void buildWidgets();

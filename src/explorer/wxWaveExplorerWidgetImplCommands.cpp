@@ -124,6 +124,20 @@ int wxWaveExplorerWidgetImpl::performSetFirstSectionIdentifier(wxWaveExplorerCom
     return any ? kOk : kFailed;
 }
 
+// The command logger and the control panel belong to the owner; the flag travels as argument 0.
+int wxWaveExplorerWidgetImpl::performToolWindowCommand(wxWaveExplorerCommand& command)
+{
+    wxWaveExplorerAction action;
+    switch (command.actionType) {
+    case cmd_show_control_panel: action.actionType = explorerCallBack::show_control_panel; break;
+    case cmd_show_command_logger: action.actionType = explorerCallBack::show_command_logger; break;
+    case cmd_clear_command_logger: action.actionType = explorerCallBack::clear_command_logger; break;
+    default: action.actionType = explorerCallBack::enable_command_logger; break;
+    }
+    action.pushDoubleArg(command.getDoubleArgAsBool(0, true) ? 1.0 : 0.0);
+    return mOwner ? mOwner->waveExplorerVirtualCallBackAction(action) : kFailed;
+}
+
 int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, bool)
 {
     if (cCommandTable::checkIsOption(command.actionType))
@@ -140,6 +154,11 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
         return kOk;
     case cmd_set_first_section_identifier:
         return performSetFirstSectionIdentifier(command);
+    case cmd_show_control_panel:
+    case cmd_show_command_logger:
+    case cmd_clear_command_logger:
+    case cmd_enable_command_logger:
+        return performToolWindowCommand(command);
     case cmd_close:
     case cmd_show:
     case cmd_hide: {

@@ -17,7 +17,9 @@ enum action_type : int {
     file_closed = 4,
     all_files_closed = 5,
     show_control_panel = 6,
-    show_command_logger = 7
+    show_command_logger = 7,
+    clear_command_logger = 8,   // double argument 0: the flag of the command
+    enable_command_logger = 9
 };
 }  // namespace explorerCallBack
 
