@@ -17,7 +17,8 @@ enum action_type : int {
     file_closed = 4,
     all_files_closed = 5,
     show_control_panel = 6,
-    show_command_logger = 7
+    show_command_logger = 7,
+    record_user_command = 8  // string argument 0: the command text of a user action on a plot
 };
 }  // namespace explorerCallBack
 

@@ -78,7 +78,11 @@ public:
     void setPlotName(const std::string& name) { mPlotName = name; }
     const std::string& getPlotName() const { return mPlotName; }
     // The store that dropped and pasted curve lists are read against; without one they are refused.
-    void setStoreForDrops(cCurvePlotDataFile* store) { mDropStore = store; }
+    void setStoreForDrops(cCurvePlotDataFile* store)
+    {
+        mDropStore = store;
+        setAcceptDrops(store != nullptr);
+    }
     // singlePlotWidgetImpl::mouse_position_type of the last mouse event.
     int getMousePositionType() const { return mMousePosition; }
     const wxPlotZoomBox& getZoomBox() const { return mZoomBox; }
