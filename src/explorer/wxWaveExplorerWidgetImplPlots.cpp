@@ -108,9 +108,8 @@ wxExplorerPlotPage& wxWaveExplorerWidgetImpl::plotPage()
 {
     if (!mPlotPage) {
         wxExplorerPlotPage::cHandlers handlers;
-        handlers.statusBarMessage = [this](unsigned severity, const std::string& text) {
-            showStatusBarMessage(severity, text);
-        };
+        // Status messages need no handler: the plots log through the explorer's logger, which
+        // already feeds the status bar and the log.
         handlers.recordUserCommand = [this](const std::string& text) {
             wxWaveExplorerAction action;
             action.actionType = explorerCallBack::record_user_command;

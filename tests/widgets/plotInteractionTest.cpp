@@ -336,3 +336,27 @@ TEST(PlotInteraction, DroppedCurveListsAreOneUndoStepAndRefusalsChangeNothing)
     EXPECT_EQ(other.getNbOfCurves(), 0u);
     other.clearSectionPtrsForDestructor();
 }
+
+TEST(PlotInteraction, ZoomBoxFormsWalkThroughXAndYAndActOnTheirAxesOnly)
+{
+    // With a second axis, from "zoom in" the walk visits x, y, y1, y2 and turns to the unzoom forms.
+    std::vector<int> walk{zoom_in_box};
+    for (int i = 0; i < 5; ++i)
+        walk.push_back(wxPlotZoomBox::nextStyle(walk.back(), true, false, false, false));
+    EXPECT_EQ(walk, (std::vector<int>{zoom_in_box, zoom_x_box, zoom_y_box, zoom_y1_box, zoom_y2_box, zoom_out_y2_box}));
+    // Without one it skips y2; a corner below the canvas flips x between zoom and unzoom.
+    EXPECT_EQ(wxPlotZoomBox::nextStyle(zoom_x_box, false, false, false, false), zoom_y1_box);
+    EXPECT_EQ(wxPlotZoomBox::nextStyle(zoom_y1_box, false, false, false, false), zoom_out_box);
+    EXPECT_EQ(wxPlotZoomBox::nextStyle(zoom_x_box, true, true, false, false), zoom_out_x_box);
+    EXPECT_EQ(wxPlotZoomBox::nextStyle(zoom_out_y2_box, true, false, false, true), zoom_in_box);
+    EXPECT_EQ(wxPlotZoomBox::nextStyle(drag_box, true, false, false, false), drag_box) << "only the menu forms walk";
+
+    EXPECT_TRUE(wxPlotZoomBox::checkActsOnX(zoom_out_x_box) && !wxPlotZoomBox::checkActsOnY0(zoom_out_x_box));
+    EXPECT_TRUE(!wxPlotZoomBox::checkActsOnX(zoom_y_box) && wxPlotZoomBox::checkActsOnY0(zoom_y_box) &&
+                wxPlotZoomBox::checkActsOnY1(zoom_y_box));
+    EXPECT_TRUE(wxPlotZoomBox::checkActsOnY0(zoom_y1_box) && !wxPlotZoomBox::checkActsOnY1(zoom_y1_box));
+    EXPECT_TRUE(!wxPlotZoomBox::checkActsOnY0(zoom_out_y2_box) && wxPlotZoomBox::checkActsOnY1(zoom_out_y2_box));
+    EXPECT_TRUE(wxPlotZoomBox::checkIsZoomOut(zoom_out_y1_box) && !wxPlotZoomBox::checkIsZoomOut(zoom_y2_box));
+    EXPECT_STREQ(wxPlotZoomBox::label(zoom_out_y_box), "zoom out y");
+    EXPECT_STREQ(wxPlotZoomBox::label(drag_box), "");
+}

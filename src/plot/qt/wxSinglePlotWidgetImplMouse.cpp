@@ -203,7 +203,10 @@ void wxSinglePlotWidgetImpl::drawZoomBoxImpl(QPainter& painter)
     const QString text = QString::fromUtf8(wxPlotZoomBox::label(style));
     if (!text.isEmpty()) {
         const QFontMetricsF metrics(painter.font());
-        const QPointF at(box.left() + 4.0, std::max(box.top() - 4.0, metrics.ascent() + 1.0));
+        // Above the box where there is room, else just inside its top edge.
+        const bool roomAbove = box.top() - 4.0 - metrics.height() >= 0.0;
+        const QPointF at(box.left() + 4.0,
+                         roomAbove ? box.top() - 4.0 - metrics.descent() : box.top() + 3.0 + metrics.ascent());
         painter.drawText(at, text);
     }
     painter.restore();
