@@ -407,6 +407,9 @@ int wxZelWaveWidgetWrapper::waveExplorerVirtualCallBackAction(wxWaveExplorerActi
     switch (action.actionType) {
     case explorerCallBack::close_requested:
         return closeRequested(action.getDoubleArgAsBool(0, false));
+    case explorerCallBack::record_user_command:
+        mRecorder.printUserCommand(action.getStringArgument(0));
+        return 0;
     case cmd_show: showTopLevel(true); return 0;
     case cmd_hide: showTopLevel(false); return 0;
     case explorerCallBack::file_opened:

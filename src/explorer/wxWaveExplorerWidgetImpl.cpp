@@ -19,6 +19,7 @@
 #include "base/sanitizerHandOver.h"
 #include "model/cCurvePlotDataFile.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
+#include "wxExplorerPlotPage.h"
 #include "wxLogSink.h"
 #include "wxWaveExplorerConfigurationDialog.h"
 #include "wxWaveExplorerWidgetVirtual.h"
@@ -89,8 +90,11 @@ wxWaveExplorerWidgetImpl::~wxWaveExplorerWidgetImpl()
 {
     mConfiguration.setChangeListener(nullptr);
     // Plots refer to curves of the store, which goes before Qt deletes the plots with their parent.
-    for (auto& [name, plot] : mPlots)
+    for (auto& [name, plot] : mPlots) {
         plot->clearSectionPtrsForDestructor();
+        plot->setPage(nullptr);
+        plot->setStoreForDrops(nullptr);
+    }
     mPlots.clear();
     mLogger.setLoggerCallBack(nullptr);
 }

@@ -27,11 +27,13 @@ class QTreeWidget;
 namespace vx3 {
 
 class cCurvePlotDataFile;
+class cCurvePlotDataSection;
 class wxLogSink;
 class wxWaveExplorerConfiguration;
 class wxWaveExplorerConfigurationDialog;
 class wxWaveExplorerWidgetVirtual;
 class wxSinglePlotWidgetImpl;
+class wxExplorerPlotPage;
 
 namespace waveExplorerEvent {
 enum : int {
@@ -108,6 +110,9 @@ private:
     wxSinglePlotWidgetImpl* findPlotOrLog(const std::string& name) const;
     int addCurveToPlot(wxSinglePlotWidgetImpl& plot, const std::string& sectionName, const std::string& curveName,
                        bool clear);
+    int addCurveToPlotById(wxSinglePlotWidgetImpl& plot, uint64_t sectionId, uint64_t curveIndex, bool clear);
+    int addDescriptionToPlot(wxSinglePlotWidgetImpl& plot, cCurvePlotDataSection* section, uint64_t curveIndex,
+                             bool clear);
 
     wxWaveExplorerConfiguration& mConfiguration;
     wxWaveExplorerWidgetVirtual* mOwner;
@@ -144,6 +149,9 @@ private:
     // The plots by name, in the order they were made; the stack shows one of them (or the label).
     QStackedWidget* mPlotStack = nullptr;
     std::vector<std::pair<std::string, wxSinglePlotWidgetImpl*>> mPlots;
+    // What the plots ask of their page (messages, the command log of user actions).
+    std::unique_ptr<wxExplorerPlotPage> mPlotPage;
+    wxExplorerPlotPage& plotPage();
     QTimer* mNotificationTimer = nullptr;
     wxWaveExplorerConfigurationDialog* mConfigurationDialog = nullptr;
     QTimer* mSaveConfigTimer = nullptr;

@@ -10,6 +10,7 @@
 #include "model/cCurvePlotDataSection.h"
 #include "plot/colourList.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
+#include "wxExplorerPlotPage.h"
 #include "wxWaveExplorerWidgetImpl.h"
 
 namespace vx3 {
@@ -61,6 +62,32 @@ int wxWaveExplorerWidgetImpl::addCurveToPlot(wxSinglePlotWidgetImpl& plot, const
         mLogger.errorMsg("The curve \"" + curveName + "\" was not found in section \"" + sectionName + "\".");
         return kFailed;
     }
+    return addDescriptionToPlot(plot, section, curveIndex, clear);
+}
+
+int wxWaveExplorerWidgetImpl::addCurveToPlotById(wxSinglePlotWidgetImpl& plot, uint64_t sectionId, uint64_t curveIndex,
+                                                 bool clear)
+{
+    cCurvePlotDataSection* section = nullptr;
+    for (uint64_t i = 0; i < mStore->getNbOfDataSections() && !section; ++i) {
+        cCurvePlotDataSection* candidate = mStore->getDataSectionFromIndex(i);
+        if (candidate && candidate->getSectionId() == sectionId)
+            section = candidate;
+    }
+    if (!section) {
+        mLogger.errorMsg("The section with identifier " + std::to_string(sectionId) + " was not found.");
+        return kFailed;
+    }
+    if (curveIndex >= section->getNbOfVariables()) {
+        mLogger.errorMsg("The curve index " + std::to_string(curveIndex) + " is out of range.");
+        return kFailed;
+    }
+    return addDescriptionToPlot(plot, section, curveIndex, clear);
+}
+
+int wxWaveExplorerWidgetImpl::addDescriptionToPlot(wxSinglePlotWidgetImpl& plot, cCurvePlotDataSection* section,
+                                                   uint64_t curveIndex, bool clear)
+{
     wxCurveDescription description;
     try {
         description.init(section, curveIndex);
@@ -75,6 +102,25 @@ int wxWaveExplorerWidgetImpl::addCurveToPlot(wxSinglePlotWidgetImpl& plot, const
     if (clear)
         plot.clearCurves();
     return plot.addToPlot(description) ? kOk : kFailed;
+}
+
+wxExplorerPlotPage& wxWaveExplorerWidgetImpl::plotPage()
+{
+    if (!mPlotPage) {
+        wxExplorerPlotPage::cHandlers handlers;
+        // Status messages need no handler: the plots log through the explorer's logger, which
+        // already feeds the status bar and the log.
+        handlers.recordUserCommand = [this](const std::string& text) {
+            wxWaveExplorerAction action;
+            action.actionType = explorerCallBack::record_user_command;
+            action.pushStringArguments(text);
+            if (mOwner)
+                mOwner->waveExplorerVirtualCallBackAction(action);
+        };
+        handlers.numberOfPlots = [this] { return static_cast<unsigned>(mPlots.size()); };
+        mPlotPage = std::make_unique<wxExplorerPlotPage>(std::move(handlers));
+    }
+    return *mPlotPage;
 }
 
 void wxWaveExplorerWidgetImpl::preparePlotsForStoreCommand(const wxWaveExplorerCommand& command)
@@ -145,8 +191,10 @@ int wxWaveExplorerWidgetImpl::performPlotCommand(wxWaveExplorerCommand& command)
             return kFailed;
         }
         // Every kind of plot page is an analog plot for now.
-        auto* plot = new wxSinglePlotWidgetImpl(mPlotStack, mStore->getMutex(), mLogger);
+        auto* plot = new wxSinglePlotWidgetImpl(mPlotStack, mStore->getMutex(), mLogger, &plotPage());
         plot->setObjectName(QString::fromStdString("plot_" + name));
+        plot->setPlotName(name);
+        plot->setStoreForDrops(mStore.get());
         mPlotStack->addWidget(plot);
         mPlotStack->setCurrentWidget(plot);
         mPlots.emplace_back(name, plot);
@@ -163,6 +211,13 @@ int wxWaveExplorerWidgetImpl::performPlotCommand(wxWaveExplorerCommand& command)
         wxSinglePlotWidgetImpl* plot = findPlotOrLog(command.getStringArgument(2));
         return plot ? addCurveToPlot(*plot, command.getStringArgument(0), command.getStringArgument(1),
                                      command.getDoubleArgAsBool(0, false))
+                    : kFailed;
+    }
+    case cmd_add_curve_to_plot_by_id_and_index: {
+        wxSinglePlotWidgetImpl* plot = findPlotOrLog(command.plotName);
+        return plot ? addCurveToPlotById(*plot, static_cast<uint64_t>(command.getDoubleArg(0, -1.0)),
+                                         static_cast<uint64_t>(command.getDoubleArg(1, -1.0)),
+                                         command.getDoubleArgAsBool(2, false))
                     : kFailed;
     }
     case cmd_clear_plot: {

@@ -19,7 +19,8 @@ enum action_type : int {
     show_control_panel = 6,
     show_command_logger = 7,
     clear_command_logger = 8,   // double argument 0: the flag of the command
-    enable_command_logger = 9
+    enable_command_logger = 9,
+    record_user_command = 10  // string argument 0: the command text of a user action on a plot
 };
 }  // namespace explorerCallBack
 

@@ -92,6 +92,8 @@ public:
     const plotWidgetCommon::cCanvasLayout& getCanvasLayout() const { return mLayout; }
     int getWindowType() const { return mWindowType; }
     void setPage(wxAnalogPlotVirtual* page) { mPage = page; }
+    wxAnalogPlotVirtual* getPage() const { return mPage; }
+    const cVxLogger& getLogger() const { return mLogger; }
 
     // --- axes ----------------------------------------------------------------------------------
     wxSinglePlotWidgetXAxis& xAxis() { return mXAxis; }
@@ -181,7 +183,7 @@ public:
     bool switchViewPorts(int direction);
     // Moves the view by pixels (positive: the curves move left / down); false when it can't move.
     bool scrollXPixels(double pixels, bool recordViewPort = true);
-    bool scrollYPixels(int axis, double pixels);
+    bool scrollYPixels(int axis, double pixels, bool recordViewPort = true);
     // Switches the X axis between logarithmic and linear and unzooms X; false when the curves'
     // X values can't go on a log axis (none positive).
     bool enableLogXAxis(bool log);

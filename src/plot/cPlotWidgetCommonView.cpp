@@ -596,7 +596,7 @@ bool cPlotWidgetCommon::scrollXPixels(double pixels, bool recordViewPort)
     return true;
 }
 
-bool cPlotWidgetCommon::scrollYPixels(int axisIndex, double pixels)
+bool cPlotWidgetCommon::scrollYPixels(int axisIndex, double pixels, bool recordViewPort)
 {
     if (axisIndex == 1 && !mY1Active)
         return false;
@@ -613,9 +613,10 @@ bool cPlotWidgetCommon::scrollYPixels(int axisIndex, double pixels)
         plotRequestScroll(0.0, -whole);
     else
         plotRequestFullRedraw();
-    addViewPort(getCurrentView());
+    if (recordViewPort)
+        addViewPort(getCurrentView());
     zoomUserActionPerformed();
-    syncAfterScrolling(true);
+    syncAfterScrolling(recordViewPort);
     return true;
 }
 

@@ -83,6 +83,8 @@ public:
     virtual bool analogPlotVirtualGetDefaultBoundingBoxY(cPlotWidgetCommon*, double& min, double& max) { return false; }
     virtual void analogPlotVirtualCreateNewToolBoxSection(cPlotWidgetCommon*) {}
     virtual bool analogPlotVirtualGetContextMenuActivation() { return true; }
+    // A user action on the plot as the command text that repeats it, for the command log.
+    virtual void analogPlotVirtualRecordUserCommand(cPlotWidgetCommon*, const std::string& text) {}
 };
 
 }  // namespace vx3

@@ -34,6 +34,7 @@ std::string normalised(const std::string& name)
 
 int wxWaveExplorerCommandFileGeneration::openExportCommandFile(const std::string& name, const cVxLogger& logger)
 {
+    std::lock_guard<std::mutex> lock(mMutex);
     const std::string key = normalised(name);
     for (const auto& file : mFiles) {
         if (file->name() == key) {
@@ -57,6 +58,7 @@ int wxWaveExplorerCommandFileGeneration::openExportCommandFile(const std::string
 
 int wxWaveExplorerCommandFileGeneration::closeExportCommandFile(const std::string& name, const cVxLogger& logger)
 {
+    std::lock_guard<std::mutex> lock(mMutex);
     const std::string key = normalised(name);
     for (auto it = mFiles.begin(); it != mFiles.end(); ++it) {
         if ((*it)->name() == key) {
@@ -70,7 +72,8 @@ int wxWaveExplorerCommandFileGeneration::closeExportCommandFile(const std::strin
 
 void wxWaveExplorerCommandFileGeneration::printCommand(const std::string& text)
 {
-    if (!checkRecording())
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (!mRecording || mFiles.empty())
         return;
     for (auto& file : mFiles)
         file->print(text);
@@ -78,7 +81,8 @@ void wxWaveExplorerCommandFileGeneration::printCommand(const std::string& text)
 
 void wxWaveExplorerCommandFileGeneration::printComment(const std::string& text)
 {
-    if (!checkRecording())
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (!mRecording || mFiles.empty())
         return;
     for (auto& file : mFiles)
         file->print("# " + text);

@@ -2,9 +2,11 @@
 // that repeat the session when executed.
 #pragma once
 
+#include <atomic>
 #include <fstream>
 #include <list>
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace vx3 {
@@ -35,24 +37,38 @@ public:
     // 0 opened (or already open), 3 refused.
     int openExportCommandFile(const std::string& name, const cVxLogger& logger);
     int closeExportCommandFile(const std::string& name, const cVxLogger& logger);
-    void closeAll() { mFiles.clear(); }
-    size_t getNumberOfFiles() const { return mFiles.size(); }
+    void closeAll()
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        mFiles.clear();
+    }
+    size_t getNumberOfFiles() const
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        return mFiles.size();
+    }
 
     // The text of a command, written before it is performed while recording is on.
     void printCommand(const std::string& text);
     // A comment line ("# " and the text), for what a command file reports.
     void printComment(const std::string& text);
-    // What the user did by hand, turned into a command text.
+    // What the user did by hand, turned into a command text. The GUI thread writes these while a
+    // command file's thread may write its commands: the files are guarded by one mutex.
     void printUserCommand(const std::string& text) { printCommand(text); }
 
     // Cleared while a command is performed, so that commands it issues are not written twice.
     void setRecording(bool flag) { mRecording = flag; }
     bool getRecordingFlag() const { return mRecording; }
-    bool checkRecording() const { return mRecording && !mFiles.empty(); }
+    bool checkRecording() const
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        return mRecording && !mFiles.empty();
+    }
 
 private:
     std::list<std::unique_ptr<waveExplorerCommandFileGeneration::cCommandFile>> mFiles;
-    bool mRecording = true;
+    std::atomic<bool> mRecording{true};
+    mutable std::mutex mMutex;
 };
 
 }  // namespace vx3

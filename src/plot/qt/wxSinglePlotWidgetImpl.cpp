@@ -72,7 +72,8 @@ void wxSinglePlotWidgetImpl::plotStartTimer(int id, int milliseconds)
 void wxSinglePlotWidgetImpl::onEventTimer(int id)
 {
     switch (id) {
-    case plotWidgetCommon::timer_scheduled_operation: timerEventForScheduledOperation(); break;
+    case plotWidgetCommon::timer_scheduled_operation: applyScheduledOperationAndRecord(); break;
+    case timer_auto_scroll: mouseAutoScroll(); break;
     case plotWidgetCommon::timer_sliding_window_pause: slidingWindowPauseEnded(); break;
     case timer_paint_retry: refresh(); break;
     default: break;
@@ -85,6 +86,7 @@ void wxSinglePlotWidgetImpl::onPaint(QPainter& painter)
 {
     paint(width(), height(), devicePixelRatioF());
     painter.drawImage(QPointF(0.0, 0.0), mPicture.getImage());
+    drawZoomBoxImpl(painter);
 }
 
 void wxSinglePlotWidgetImpl::updateLayout(int width, int height)

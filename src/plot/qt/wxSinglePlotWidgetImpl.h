@@ -11,16 +11,25 @@
 #include "base/cVxThread.h"
 #include "plot/cPlotWidgetCommon.h"
 #include "plot/qt/wxPlotBuffer.h"
+#include "plot/wxPlotAutoScroll.h"
+#include "plot/wxPlotZoomBox.h"
 #include "plot/wxPlotDrawerColBuffer.h"
 #include "widgets/cVxEventHandler.h"
 #include "widgets/qtVxBufferedDrawContext.h"
 #include "widgets/qtVxWidget.h"
 
+class QContextMenuEvent;
+class QDragEnterEvent;
+class QDragMoveEvent;
+class QDropEvent;
+class QMenu;
+class QMimeData;
+
 namespace vx3 {
 
 namespace singlePlotWidgetImpl {
 // The plot's own timers, besides those of cPlotWidgetCommon.
-enum timer_id : int { timer_paint_retry = 20 };
+enum timer_id : int { timer_paint_retry = 20, timer_auto_scroll = 21 };
 constexpr int paint_retry_ms = 50;
 
 // Colours and room around the canvas.
@@ -36,6 +45,8 @@ struct cPlotLook {
     int rightMargin = 20;
 };
 }  // namespace singlePlotWidgetImpl
+
+class cCurvePlotDataFile;
 
 class wxSinglePlotWidgetImpl : public qtVxWidget, public cVxEventHandler, public cPlotWidgetCommon {
     Q_OBJECT
@@ -62,6 +73,54 @@ public:
     // The X and Y titles shown under and beside the axes.
     void setAxisTitles(const std::string& x, const std::string& y0);
 
+    // --- mouse, wheel, keys, menus, drops and the clipboard (wxSinglePlotWidgetImplMouse.cpp) ---
+    // The name under which recorded commands address the plot.
+    void setPlotName(const std::string& name) { mPlotName = name; }
+    const std::string& getPlotName() const { return mPlotName; }
+    // The store that dropped and pasted curve lists are read against; without one they are refused.
+    void setStoreForDrops(cCurvePlotDataFile* store)
+    {
+        mDropStore = store;
+        setAcceptDrops(store != nullptr);
+    }
+    // singlePlotWidgetImpl::mouse_position_type of the last mouse event.
+    int getMousePositionType() const { return mMousePosition; }
+    const wxPlotZoomBox& getZoomBox() const { return mZoomBox; }
+    // Shows a box of a zoom form (4..13) with a corner at the last mouse position, or arms the
+    // click box (3); the next click finishes it.
+    void setZoomBoxStyle(int style);
+    int getZoomBoxStyle() const { return mZoomBox.getStyle(); }
+    void incrementZoomBoxStyle();
+    // Applies the shown box and records the view as a zoom command; false when it did nothing.
+    bool zoomToBoxImpl();
+    void enableMouseAutoScroll(bool enable, double x, double y);
+    bool checkMouseAutoScrollEnabled() const { return mAutoScroll.checkIsEnabled(); }
+    // Escape: leaves a zoom box or auto scroll.
+    void escapePressedAction();
+    // The context menu for the mouse at the last position; the caller owns it.
+    QMenu* createMainContextMenu(QWidget* parent);
+    // A curve list (curve-list XML or plain text of it) added as one undo step; the reason of a
+    // refusal goes to the status bar with the operation's name.
+    bool handleDropToTargetImpl(const QMimeData& data, bool fromClipboard);
+    void copySelectedCurvesToClipboard();
+    bool copySelectedCurvesFromClipboard();
+    // Writes a user action to the command log as the command that repeats it.
+    void recordUserCommand(const std::string& text);
+    // The present view as the zoom command that restores it.
+    std::string makeZoomCommandText() const;
+
+protected:
+    void onMouseDown(double x, double y, int button, int modifiers) override;
+    void onMouseUp(double x, double y, int button, int modifiers) override;
+    void onMouseMove(double x, double y, int buttons, int modifiers) override;
+    void onWheel(double x, double y, double steps, int modifiers) override;
+    bool onKeyDown(int key, int modifiers, const QString& text) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    bool plotCheckUserIsBusy() const override;
+
 protected:
     void onPaint(QPainter& painter) override;
     void onEventTimer(int id) override;
@@ -71,6 +130,15 @@ protected:
     void plotStartTimer(int id, int milliseconds) override;
 
 private:
+    // Interaction (wxSinglePlotWidgetImplMouse.cpp).
+    void classifyMousePosition(double x, double y);
+    void handleMouseWheel(double steps);
+    void mouseAutoScroll();
+    void applyScheduledOperationAndRecord();
+    void drawZoomBoxImpl(QPainter& painter);
+    void printDnDErrorMessage(bool fromClipboard, bool partly, const std::string& reason);
+    QMimeData* createMimeDataOfSelectedCurves() const;
+
     void updateLayout(int width, int height);
     void drawCurvesIntoBuffer();
     void drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0, double y1);
@@ -93,6 +161,15 @@ private:
     std::string mXTitle, mY0Title;
     uint64_t mPaints = 0;
     uint64_t mCurveDraws = 0;
+
+    // Interaction state.
+    std::string mPlotName;
+    cCurvePlotDataFile* mDropStore = nullptr;
+    int mMousePosition = 0;
+    double mMouseX = 0.0, mMouseY = 0.0;  // plot pixels, y upwards
+    bool mLeftDown = false;
+    wxPlotZoomBox mZoomBox;
+    wxPlotAutoScroll mAutoScroll;
 };
 
 }  // namespace vx3

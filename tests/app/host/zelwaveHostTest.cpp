@@ -4,6 +4,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QPointer>
+#include <QImage>
+#include <QMouseEvent>
+#include <QWheelEvent>
 #include <QWidget>
 
 #include <algorithm>
@@ -11,6 +14,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <unistd.h>
@@ -453,4 +457,101 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();
+}
+
+namespace {
+// The plot widget named name inside the window of handle, once it has a usable size.
+QWidget* findPlotWidget(void* handle, const std::string& name)
+{
+    QWidget* found = nullptr;
+    pumpUntil([&] {
+        for (QWidget* widget : QApplication::allWidgets())
+            if (widget->objectName() == QString::fromStdString("plot_" + name) &&
+                widget->window() == static_cast<QWidget*>(handle) && widget->width() > 200 && widget->height() > 150)
+                found = widget;
+        return found != nullptr;
+    });
+    return found;
+}
+
+std::string readText(const std::string& path)
+{
+    std::ifstream stream(path);
+    std::stringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+size_t countLinesStarting(const std::string& text, const std::string& start)
+{
+    size_t count = 0;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        count += line.rfind(start, 0) == 0 ? 1 : 0;
+    return count;
+}
+
+void setUpPlot(void* handle)
+{
+    for (const char* command :
+         {"show", "add_section d", "add_curve d v 0 V s 0 0 1 1 2 0.5 3 -1 4 0 5 0.8 6 -0.3 7 0.1 8 1 9 -1 10 0",
+          "add_curve d w 0 V s 0 1 2 -1 4 0.5 6 0.2 8 -0.7 10 0.4", "add_plot p analog",
+          "add_curve_to_plot_by_name p d v 0"})
+        EXPECT_EQ(qt_zelwave_execute_command(handle, command), vx_code_ok) << command;
+}
+}  // namespace
+
+TEST(zelwaveHost, UserActionsOnAPlotAreRecordedAndTheirCommandFileReplaysTheSamePicture)
+{
+    cScratch scratch("zelwave-host-");
+    const std::string recording = scratch.path() + "/actions.cmd";
+    void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 700, 500, 0);
+    ASSERT_NE(handle, nullptr);
+    setUpPlot(handle);
+    ASSERT_EQ(qt_zelwave_execute_command(handle, ("register_command_file \"" + recording + "\"").c_str()), vx_code_ok);
+    QWidget* plot = findPlotWidget(handle, "p");
+    ASSERT_NE(plot, nullptr);
+    const QImage unzoomed = plot->grab().toImage();
+
+    // Three wheel notches at once, then a box dragged on the canvas.
+    const QPoint centre(plot->width() / 2, plot->height() / 2);
+    for (int i = 0; i < 3; ++i) {
+        QWheelEvent wheel(QPointF(centre), QPointF(plot->mapToGlobal(centre)), QPoint(), QPoint(0, 120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(plot, &wheel);
+    }
+    ASSERT_TRUE(pumpUntil([&] { return countLinesStarting(readText(recording), "zoom \"p\" ") == 1; }));
+    const QPoint from(plot->width() / 3, plot->height() / 4), to(plot->width() * 2 / 3, plot->height() / 2);
+    auto mouse = [&](QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, QPointF(at), QPointF(plot->mapToGlobal(at)), button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(plot, &event);
+    };
+    mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+    mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+    mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+    ASSERT_EQ(qt_zelwave_execute_command(handle, ("unregister_command_file \"" + recording + "\"").c_str()), vx_code_ok);
+    const QImage zoomed = plot->grab().toImage();
+    EXPECT_NE(zoomed, unzoomed);
+    const std::string text = readText(recording);
+    EXPECT_EQ(countLinesStarting(text, "zoom \"p\" "), 2u) << text;
+    closeAndDelete(handle);
+
+    // A fresh window with the same curves runs the recording and shows the same picture.
+    handle = qt_zelwave_create_main_window(nullptr, 10, 10, 700, 500, 0);
+    ASSERT_NE(handle, nullptr);
+    setUpPlot(handle);
+    plot = findPlotWidget(handle, "p");
+    ASSERT_NE(plot, nullptr);
+    EXPECT_EQ(plot->grab().toImage(), unzoomed) << "the same start";
+    EXPECT_EQ(qt_zelwave_execute_command(handle, ("execute_command_file \"" + recording + "\"").c_str()),
+              vx_code_queued);
+    EXPECT_TRUE(pumpUntil([&] { return qt_zelwave_execute_command(handle, "get_status") != vx_code_queued; }));
+    const QImage replayed = plot->grab().toImage();
+    ASSERT_EQ(replayed.size(), zoomed.size());
+    size_t differences = 0;
+    for (int y = 0; y < zoomed.height(); ++y)
+        for (int x = 0; x < zoomed.width(); ++x)
+            differences += zoomed.pixel(x, y) != replayed.pixel(x, y) ? 1 : 0;
+    EXPECT_EQ(differences, 0u);
+    closeAndDelete(handle);
 }
