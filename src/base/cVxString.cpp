@@ -57,6 +57,23 @@ bool parseInteger(std::string_view text, T& value)
 // ---------------------------------------------------------------------------------------------
 namespace vxString {
 
+std::string escape_markup(std::string_view text, bool quote, bool apostrophe)
+{
+    std::string out;
+    out.reserve(text.size());
+    for (char c : text) {
+        switch (c) {
+        case '&': out += "&amp;"; break;
+        case '<': out += "&lt;"; break;
+        case '>': out += "&gt;"; break;
+        case '"': out += quote ? "&quot;" : "\""; break;
+        case '\'': out += apostrophe ? "&apos;" : "'"; break;
+        default: out += c;
+        }
+    }
+    return out;
+}
+
 std::string to_lower(std::string_view text)
 {
     std::string result(text);

@@ -20,6 +20,9 @@ std::string trim_multiple_space(std::string_view text);
 std::string replace_string_first(std::string text, std::string_view from, std::string_view to);
 std::string replace_string_all(std::string text, std::string_view from, std::string_view to);
 std::string remove_string_all(std::string text, std::string_view what);
+// Text for HTML or XML: &, < and > always; the double quote and the apostrophe when asked, for
+// attribute values.
+std::string escape_markup(std::string_view text, bool quote = true, bool apostrophe = false);
 // strtod that reads "1.5" and "1,5" alike under any locale; end as in strtod.
 double strtod_replacement(const char* text, char** end);
 }  // namespace vxString

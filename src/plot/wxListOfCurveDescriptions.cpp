@@ -13,22 +13,6 @@ namespace vx3 {
 using listOfCurveDescriptions::cSectionEntry;
 
 namespace {
-std::string escapeXml(const std::string& text)
-{
-    std::string out;
-    out.reserve(text.size());
-    for (char c : text) {
-        switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '"': out += "&quot;"; break;
-        case '\'': out += "&apos;"; break;
-        default: out += c;
-        }
-    }
-    return out;
-}
 
 // Inside the calculator's double quotes a quote and a backslash are escaped by a backslash.
 std::string escapeQuoted(const std::string& text)
@@ -170,13 +154,13 @@ bool wxListOfCurveDescriptions::createDndCurveListString(int format, std::string
     text.clear();
     if (format == listOfCurveDescriptions::curve_list_xml) {
         text = "<?xml version=\"1.0\" ?>\n";
-        text += "<vx_zelwave_curve_list instance_id=\"" + escapeXml(instanceId) + "\" >\n";
+        text += "<vx_zelwave_curve_list instance_id=\"" + vxString::escape_markup(instanceId, true, true) + "\" >\n";
         for (const cSectionEntry& entry : mEntries) {
             if (!entry.section)
                 continue;
             const cCurvePlotDataSection& section = *entry.section;
             const std::string head = "<curve section_id=\"" + std::to_string(section.getSectionId()) +
-                                     "\" section=\"" + escapeXml(section.name()) + "\" name=\"";
+                                     "\" section=\"" + vxString::escape_markup(section.name(), true, true) + "\" name=\"";
             if (entry.allCurves) {
                 text += head + "*\" />\n";
                 continue;
@@ -185,13 +169,13 @@ bool wxListOfCurveDescriptions::createDndCurveListString(int format, std::string
                 if (index >= section.getNbOfVariables())
                     continue;
                 const cCurvePlotVariable& curve = section.getVariable(index);
-                text += head + escapeXml(curve.name()) + "\" index=\"" + std::to_string(index) + "\" unit=\"" +
-                        escapeXml(curve.getUnitStr()) + "\" bus_width=\"" +
+                text += head + vxString::escape_markup(curve.name(), true, true) + "\" index=\"" + std::to_string(index) + "\" unit=\"" +
+                        vxString::escape_markup(curve.getUnitStr(), true, true) + "\" bus_width=\"" +
                         std::to_string(busWidthOf(section, index)) + "\" />\n";
             }
         }
         for (const std::string& instance : mInstances)
-            text += "<instance name=\"" + escapeXml(instance) + "\" />\n";
+            text += "<instance name=\"" + vxString::escape_markup(instance, true, true) + "\" />\n";
         text += "</vx_zelwave_curve_list>\n";
         return true;
     }

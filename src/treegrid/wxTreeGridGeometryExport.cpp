@@ -2,27 +2,13 @@
 // an HTML table.
 #include <algorithm>
 
+#include "base/cVxString.h"
 #include "treegrid/wxTreeGridGeometry.h"
 
 namespace vx3 {
 
 namespace {
 
-std::string escapeHtml(const std::string& text)
-{
-    std::string out;
-    out.reserve(text.size());
-    for (char c : text) {
-        switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '"': out += "&quot;"; break;
-        default: out += c;
-        }
-    }
-    return out;
-}
 
 // Tabs and line ends inside a cell would shift the columns of the text form.
 std::string flattenForText(std::string text)
@@ -63,12 +49,12 @@ std::string wxTreeGridGeometry::exportColumns(bool html)
     out += "<TITLE>Table</TITLE>\n</HEAD>\n<BODY>\n";
     out += "<TABLE COLS=" + std::to_string(cols.size()) + " BORDER=1>\n<TR>";
     for (unsigned col : cols)
-        out += "<TH>" + escapeHtml(mModel->treeGridVirtualGetColHeaderLabel(col)) + "</TH>";
+        out += "<TH>" + vxString::escape_markup(mModel->treeGridVirtualGetColHeaderLabel(col)) + "</TH>";
     out += "</TR>\n";
     for (unsigned row : rows) {
         out += "<TR>";
         for (unsigned col : cols)
-            out += "<TD>" + escapeHtml(mModel->treeGridVirtualGetValue(row, col)) + "</TD>";
+            out += "<TD>" + vxString::escape_markup(mModel->treeGridVirtualGetValue(row, col)) + "</TD>";
         out += "</TR>\n";
     }
     out += "</TABLE>\n</BODY>\n</HTML>\n";

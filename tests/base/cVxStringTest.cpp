@@ -145,3 +145,14 @@ TEST(namedColors, LookUpByExactLowerCaseName)
     ASSERT_TRUE(cVxString("dark orange").convertNamedColorString().toColorCode(code));
     EXPECT_EQ(code, 0xff8c00u);
 }
+
+TEST(vxString, escapeMarkupKeepsTextAndQuotesOnlyWhenAsked)
+{
+    EXPECT_EQ(vx3::vxString::escape_markup("a<b & c>d"), "a&lt;b &amp; c&gt;d");
+    EXPECT_EQ(vx3::vxString::escape_markup("say \"it's\""), "say &quot;it's&quot;");
+    EXPECT_EQ(vx3::vxString::escape_markup("say \"it's\"", true, true), "say &quot;it&apos;s&quot;");
+    EXPECT_EQ(vx3::vxString::escape_markup("say \"it's\"", false), "say \"it's\"");
+    // Already escaped text is escaped again (the caller owns plain text), and UTF-8 passes through.
+    EXPECT_EQ(vx3::vxString::escape_markup("&amp; µs"), "&amp;amp; µs");
+    EXPECT_EQ(vx3::vxString::escape_markup(""), "");
+}

@@ -8,22 +8,6 @@ namespace vx3 {
 
 using namespace waveExplorerAction;
 
-namespace {
-std::string escapeHtml(const std::string& text)
-{
-    std::string result;
-    for (char c : text) {
-        switch (c) {
-        case '<': result += "&lt;"; break;
-        case '>': result += "&gt;"; break;
-        case '&': result += "&amp;"; break;
-        default: result += c;
-        }
-    }
-    return result;
-}
-}  // namespace
-
 bool wxWaveExplorerCommand::generateHelpStrings(std::vector<std::string>& results, const std::string& command)
 {
     results.clear();
@@ -53,9 +37,9 @@ bool wxWaveExplorerCommand::generateDocumentationFromHelpStrings(const std::stri
     for (int type = cmd_no_command; type <= cmd_last_option; ++type) {
         if (!getCmdAndCallTip(type, name, tip) || name.empty())
             continue;
-        out << "<p><b>" << escapeHtml(name) << "</b> " << escapeHtml(tip);
+        out << "<p><b>" << vxString::escape_markup(name, false) << "</b> " << vxString::escape_markup(tip, false);
         if (getCmdDescription(type, description))
-            out << "<br>Description: " << escapeHtml(description);
+            out << "<br>Description: " << vxString::escape_markup(description, false);
         out << "</p>\n";
     }
     out << "</body>\n</html>\n";

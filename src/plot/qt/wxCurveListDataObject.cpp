@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "base/cVxLogger.h"
+#include "base/cVxString.h"
 #include "model/cCurvePlotDataFile.h"
 #include "model/cCurvePlotDataSection.h"
 
@@ -23,19 +24,6 @@ std::string number(double value)
     return buffer;
 }
 
-std::string escapeHtml(const std::string& text)
-{
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        default: out += c;
-        }
-    }
-    return out;
-}
 
 // A cell of a text table: quoted when it holds the separator, a quote or a line end.
 std::string textCell(const std::string& text, char separator)
@@ -56,7 +44,7 @@ void appendRow(std::string& out, const std::vector<std::string>& cells, char sep
     if (html) {
         out += "<TR>";
         for (const std::string& cell : cells)
-            out += "<TD>" + escapeHtml(cell) + "</TD>";
+            out += "<TD>" + vxString::escape_markup(cell, false) + "</TD>";
         out += "</TR>\n";
         return;
     }
