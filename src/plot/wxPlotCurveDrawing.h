@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstdint>
 
+class QFont;
+
 namespace vx3 {
 
 class wxCurveDescription;
@@ -27,6 +29,11 @@ struct cDrawOptions {
     // The plot's grid (waveExplorerWidgetVirtual::window_type); polar and Smith grids draw the
     // complex value as a point of the plane, the arc between points as a polygon.
     int gridType = 2;
+    // How the values of buses read (derivedCurveFunction::digital_data_type, 0: hexadecimal):
+    // the radix the plot's axis shows them in.
+    unsigned digitalType = 0;
+    // The font of the values inside bus and enumeration boxes; null: the context's font as set.
+    const QFont* digitalFont = nullptr;
 };
 
 // What a draw did, for the plot's status and for tests.
