@@ -39,7 +39,7 @@ struct cDrawOptions {
 // What a draw did, for the plot's status and for tests.
 struct cDrawResult {
     bool drawn = false;          // some drawer ran (the curve had values of a kind drawn here)
-    uint64_t pointsWalked = 0;   // points the drawers visited
+    uint64_t pointsWalked = 0;   // points the drawers visited (digital: the records handed to them)
 };
 
 }  // namespace plotCurveDrawing
@@ -47,7 +47,8 @@ struct cDrawResult {
 // Draws points [first, last) of the curve (last beyond the curve's size: to its end) into the
 // context on the given axes. colBuffer is reused between curves so that no drawing allocates.
 // The axes must have their update range set (computeMinMaxUpdate) for the strip being drawn.
-// A description that names no curve, or values not loaded, draw nothing.
+// A description that names no curve, or values not loaded, draw nothing. Digital curves start
+// at the record in force at the view's left edge whatever first is; last caps their records.
 plotCurveDrawing::cDrawResult drawCurveDescription(qtVxBufferedDrawContextInverted& context,
                                                    const wxCurveDescription& curve,
                                                    const wxSinglePlotWidgetAxis& xAxis,

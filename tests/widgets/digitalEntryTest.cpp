@@ -446,13 +446,17 @@ TEST(digitalEntry, everyLayoutOfTheStoreDrawsAsTheDumpLayoutDoes)
     {
         const std::vector<std::string> bits{"0", "1", "x", "z", "1", "0", "0"};
         const std::vector<std::string> upper{"0", "1", "X", "Z", "1", "0", "0"};
-        const QImage reference = plot.draw(layouts.section, layouts.addSparseVectors(sparse_logic_vector_4_state, bits));
+        const uint64_t dumpLayout = layouts.addSparseVectors(sparse_logic_vector_4_state, bits);
+        const QImage reference = plot.draw(layouts.section, dumpLayout);
         ASSERT_GT(inkedPixels(reference), 600);
         const std::map<std::string, uint64_t> others{
             {"interleaved", layouts.addInterleaved<uint64_t>(interleaved_sparse_logic, bits, 1)},
-            {"interleaved with strength", layouts.addInterleaved<uint64_t>(interleaved_sparse_logic_with_strength, upper, 1)},
-            {"interleaved 4-state, padded", layouts.addInterleaved<uint64_t>(interleaved_sparse_4_state_logic_vector, bits, 8)},
-            {"interleaved 4-state 32-bit", layouts.addInterleaved<uint32_t>(interleaved_sparse_4_state_logic_vector_32b_index, upper, 1)},
+            {"interleaved with strength",
+             layouts.addInterleaved<uint64_t>(interleaved_sparse_logic_with_strength, upper, 1)},
+            {"interleaved 4-state, padded",
+             layouts.addInterleaved<uint64_t>(interleaved_sparse_4_state_logic_vector, bits, 8)},
+            {"interleaved 4-state 32-bit",
+             layouts.addInterleaved<uint32_t>(interleaved_sparse_4_state_logic_vector_32b_index, upper, 1)},
             {"sparse 256 states", layouts.addSparseVectors(sparse_logic_vector_256_state, upper)},
             {"flat 9 levels", layouts.addFlatLogic(upper)},
             {"parameterized 9 levels", layouts.addParameterized<1>(parameterized_9_level_logic, upper)},
@@ -464,14 +468,17 @@ TEST(digitalEntry, everyLayoutOfTheStoreDrawsAsTheDumpLayoutDoes)
     // Buses of four bits, padded records among them.
     {
         const std::vector<std::string> bus{"0101", "1111", "xxxx", "zzzz", "01x1", "1100", "1100"};
-        const QImage reference = plot.draw(layouts.section, layouts.addSparseVectors(sparse_logic_vector_4_state, bus));
+        const uint64_t dumpLayout = layouts.addSparseVectors(sparse_logic_vector_4_state, bus);
+        const QImage reference = plot.draw(layouts.section, dumpLayout);
         ASSERT_GT(inkedPixels(reference), 1000);
         const std::map<std::string, uint64_t> others{
             {"sparse 2 states", layouts.addSparseVectors(sparse_logic_vector_2_state, bus)},
             {"sparse 256 states", layouts.addSparseVectors(sparse_logic_vector_256_state, bus)},
             {"interleaved", layouts.addInterleaved<uint64_t>(interleaved_sparse_logic_vector, bus, 4)},
-            {"interleaved 4-state, padded", layouts.addInterleaved<uint64_t>(interleaved_sparse_4_state_logic_vector, bus, 8)},
-            {"interleaved 4-state 32-bit", layouts.addInterleaved<uint32_t>(interleaved_sparse_4_state_logic_vector_32b_index, bus, 4)},
+            {"interleaved 4-state, padded",
+             layouts.addInterleaved<uint64_t>(interleaved_sparse_4_state_logic_vector, bus, 8)},
+            {"interleaved 4-state 32-bit",
+             layouts.addInterleaved<uint32_t>(interleaved_sparse_4_state_logic_vector_32b_index, bus, 4)},
             {"parameterized 2 states", layouts.addParameterized<4>(data_double_parameterized_logic_2_state, bus)},
             {"parameterized 4 states", layouts.addParameterized<4>(data_double_parameterized_logic_4_state, bus)},
             {"parameterized 256 states", layouts.addParameterized<4>(data_double_parameterized_logic_256_state, bus)},
