@@ -5,8 +5,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
 #include <string>
 #include <type_traits>
 
@@ -63,28 +61,11 @@ struct cEnumRuns {
         bool inTable = texts != nullptr;
         if constexpr (std::is_signed_v<decltype(value)>)
             inTable = inTable && value >= 0;
-        if constexpr (std::is_floating_point_v<decltype(value)>) {
-            // Indices stored as doubles: a whole number is an index, anything else (a fraction,
-            // NaN) has no name and shows as the number it is.
-            if (!(value >= 0 && value < 9.0e15 && value == std::floor(value)))
-                return formatNumber(value);
-            inTable = inTable && static_cast<uint64_t>(value) < texts->size();
-            return inTable ? (*texts)[static_cast<uint64_t>(value)] : std::to_string(static_cast<uint64_t>(value));
-        } else {
-            if (inTable && static_cast<uint64_t>(value) < texts->size())
-                return (*texts)[static_cast<uint64_t>(value)];
-            return std::to_string(value);
-        }
+        if (inTable && static_cast<uint64_t>(value) < texts->size())
+            return (*texts)[static_cast<uint64_t>(value)];
+        return std::to_string(value);
     }
     int penOf(uint64_t) const { return run_pen_main; }
-
-private:
-    static std::string formatNumber(double value)
-    {
-        char text[32];
-        std::snprintf(text, sizeof(text), "%g", value);
-        return text;
-    }
 };
 
 // Draws text centred between the columns left and right at the middle row, cut at the end with

@@ -62,7 +62,7 @@ bool checkIsDigitalFamilyType(unsigned type)
     case interleaved_sparse_4_state_logic_vector: case interleaved_sparse_4_state_logic_vector_32b_index:
     case nine_level_logic: case parameterized_9_level_logic: case data_double_parameterized_logic_2_state:
     case data_double_parameterized_logic_4_state: case data_double_parameterized_logic_256_state:
-    case data_enum: case discrete: case interleaved_sparse_discrete:
+    case discrete: case interleaved_sparse_discrete: case data_uint32_string:
         return true;
     default:
         return false;
@@ -191,8 +191,23 @@ bool drawLogicCurve(const cDigitalCall& call, const cCurvePlotDataSection& secti
     }
 }
 
-// Enumerations: the value of each sample names one of the type's strings. A value without a
-// string shows as its number.
+// Runs of a string curve for the bus drawer: the pool keeps each text once, so equal offsets
+// are equal texts.
+struct cStringRuns {
+    const double* x = nullptr;
+    const uint32_t* offsets = nullptr;
+    uint64_t n = 0;
+    const cStringPool* pool = nullptr;
+
+    uint64_t count() const { return x && offsets && pool ? n : 0; }
+    double xAt(uint64_t i) const { return x[i]; }
+    bool equal(uint64_t a, uint64_t b) const { return offsets[a] == offsets[b]; }
+    std::string textOf(uint64_t i) const { return pool->at(offsets[i]); }
+    int penOf(uint64_t) const { return plotDrawerDigital::run_pen_main; }
+};
+
+// Discrete values and texts: boxes with the name of each value (one of the type's strings, or
+// the number of a value without one), or with the text of a string curve.
 bool drawEnumCurve(const cDigitalCall& call, const cCurvePlotDataSection& section, const cCurvePlotVariable& variable,
                    unsigned type)
 {
@@ -201,19 +216,17 @@ bool drawEnumCurve(const cDigitalCall& call, const cCurvePlotDataSection& sectio
     const std::vector<std::string>& texts = variable.getType() ? variable.getType()->getStrings() : kNoTexts;
     const uint64_t stored = variable.getVectorSize();
     switch (type) {
-    case data_enum: {
-        // The index of each value as a double, one per x value of the section.
-        curvePlotFunctionArgs::cDataVectors v;
-        if (!variable.computeDataVectors(section, v) || !v.yDouble || v.yStride != 1 || v.xStride != 1)
+    case data_uint32_string: {
+        // A text per x value of the section, kept once in the curve's string pool.
+        uint64_t xCount = 0;
+        const double* xs = section.getXAxisDoubleValues(xCount);
+        const cStringPool* pool = variable.getStringPool().get();
+        if (!xs || !pool || variable.getElementSize() != sizeof(uint32_t) || variable.checkIsParameterizedLayout())
             return false;
-        if (v.xDouble)
-            drawDenseEnum(call.context, call.xAxis, call.yAxis, v.xDouble, 1.0, v.yDouble, call.countOf(v.count),
-                          texts, v.monotony, call.pens);
-        else if (v.xFloat)
-            drawDenseEnum(call.context, call.xAxis, call.yAxis, v.xFloat, 1.0, v.yDouble, call.countOf(v.count), texts,
-                          v.monotony, call.pens);
-        else
-            return false;
+        const cStringRuns runs{xs, variable.uint32Values(), call.countOf(std::min(stored, xCount)), pool};
+        wxPlotDrawerDigitalRuns<qtVxBufferedDrawContextInverted, cStringRuns> drawer(call.context, call.xAxis,
+                                                                                    call.yAxis, call.pens, runs);
+        drawer.draw(section.getSweepVariable(section.getNbOfSweepVariables() - 1).getMonotony());
         return true;
     }
     case discrete: {
@@ -310,7 +323,7 @@ plotCurveDrawing::cDrawResult drawCurveDescription(qtVxBufferedDrawContextInvert
             in.limits.minY = cache.realMiny;
             in.limits.maxY = cache.realMaxy;
         }
-    } else if (checkIsRealType(type) || checkIsComplexType(type)) {
+    } else if (checkIsRealType(type) || checkIsComplexType(type) || type == curvePlotProperties::data_enum) {
         bool haveVectors = false;
         if (section->getNbOfSweepVariables() > 1) {
             cPostProcessCurveDescription description = curve.postProcessDescription();
@@ -321,7 +334,8 @@ plotCurveDrawing::cDrawResult drawCurveDescription(qtVxBufferedDrawContextInvert
         }
         if (!haveVectors)
             return {};
-        in.vectors.yType = type;
+        // An enumerated column is a line over the indices of its states, which its Y axis names.
+        in.vectors.yType = type == curvePlotProperties::data_enum ? curvePlotProperties::data_double : type;
         in.limits = limitsOf(*variable, in.vectors);
     } else {
         return drawDigitalFamily(context, curve, *section, *variable, type, xAxis, yAxis, last, options);

@@ -1,6 +1,5 @@
 // The digital drawers on the plots' draw context, compiled once in this library: x of double
-// and float, and the 64-bit positions of sparse dumps; enumeration values as uint32 or as the
-// doubles that table readers store.
+// and float, and the 64-bit positions of sparse dumps.
 #pragma once
 
 #include "plot/wxPlotDrawerDigitalEntry.h"
@@ -16,10 +15,6 @@
     EXTERN template void drawDenseEnum<qtVxBufferedDrawContextInverted, X, uint32_t>(                                 \
         qtVxBufferedDrawContextInverted&, const wxSinglePlotWidgetAxis&, const wxSinglePlotWidgetAxis&, const X*,    \
         double, const uint32_t*, uint64_t, const std::vector<std::string>&, unsigned,                                 \
-        const plotDrawerDigital::cDigitalPens&);                                                                       \
-    EXTERN template void drawDenseEnum<qtVxBufferedDrawContextInverted, X, double>(                                   \
-        qtVxBufferedDrawContextInverted&, const wxSinglePlotWidgetAxis&, const wxSinglePlotWidgetAxis&, const X*,    \
-        double, const double*, uint64_t, const std::vector<std::string>&, unsigned,                                   \
         const plotDrawerDigital::cDigitalPens&);                                                                       \
     EXTERN template void drawSparseEnum<qtVxBufferedDrawContextInverted, X, uint32_t, uint32_t>(                      \
         qtVxBufferedDrawContextInverted&, const wxSinglePlotWidgetAxis&, const wxSinglePlotWidgetAxis&, const X*,    \
