@@ -1,7 +1,8 @@
 // The one door through which a plot draws a curve: it picks the drawer by the storage types of
 // the curve's X and Y values, reads the windows from the axes and walks only the visible points.
-// Analog curves (real, complex, sweep matrices, sparse records, polar and Smith) are drawn here;
-// logic values, buses and enumerations go to the digital drawers.
+// Analog curves (real, complex, sweep matrices, sparse records, polar and Smith, enumerated
+// table columns over the numbers of their states) are drawn here; logic values, buses, discrete
+// values and texts go to the digital drawers.
 #pragma once
 
 #include <cmath>
