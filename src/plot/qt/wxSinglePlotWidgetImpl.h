@@ -11,6 +11,7 @@
 #include "base/cVxThread.h"
 #include "plot/cPlotWidgetCommon.h"
 #include "plot/qt/wxPlotBuffer.h"
+#include "plot/wxSinglePlotOverlay.h"
 #include "plot/wxPlotDrawerColBuffer.h"
 #include "widgets/cVxEventHandler.h"
 #include "widgets/qtVxBufferedDrawContext.h"
@@ -61,6 +62,9 @@ public:
     void plotWidgetRedrawFrame() { mBuffer.setCompleteBufferAxesRedrawRequired(); refresh(); }
     // The X and Y titles shown under and beside the axes.
     void setAxisTitles(const std::string& x, const std::string& y0);
+    // Legend, rulers and annotations, drawn over the curves' bitmap.
+    wxSinglePlotOverlay& overlay() { return mOverlay; }
+    const wxSinglePlotOverlay& overlay() const { return mOverlay; }
 
 protected:
     void onPaint(QPainter& painter) override;
@@ -82,6 +86,7 @@ private:
     // The second Y axis stands on the right of the canvas, its labels right of its ticks.
     void drawRightYAxis(qtVxBufferedDrawContextInverted& context, double right, double bottom, double top);
     int getRightMargin() const;
+    int getLeftMargin() const;
     std::string computeXTitle() const;
     std::string computeYTitle(int axis) const;
 
@@ -93,6 +98,8 @@ private:
     std::string mXTitle, mY0Title;
     uint64_t mPaints = 0;
     uint64_t mCurveDraws = 0;
+    wxSinglePlotOverlay mOverlay;
+    int mPaintWidth = 0;
 };
 
 }  // namespace vx3
