@@ -298,7 +298,9 @@ double wxAnnotation::evaluateInterpolation(double x) const
     for (size_t i = 0; i < n; ++i)
         xs[i] = getX(i), ys[i] = getY(i);
     const bool extrapolate = checkIsExtrapolationType(mType);
-    if (!extrapolate && (x < xs.front() || x > xs.back()))
+    // The ends belong to the points even after rounding of a computed x.
+    const double slack = 1e-12 * (xs.back() - xs.front());
+    if (!extrapolate && (x < xs.front() - slack || x > xs.back() + slack))
         return NAN;
     const int kind = (mType - linear_interpolation_annotation) % 3;  // 0 linear, 1 spline, 2 polynomial
     if (kind == 2) {
