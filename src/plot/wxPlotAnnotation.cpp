@@ -53,6 +53,14 @@ std::string plainNumber(double value)
     return stream.str();
 }
 
+std::string shortNumber(double value)
+{
+    std::ostringstream stream;
+    stream.precision(5);
+    stream << value;
+    return stream.str();
+}
+
 std::string xmlEscaped(const std::string& text)
 {
     std::string out;
@@ -357,11 +365,12 @@ std::string wxAnnotation::getCurveInformation(int info, const cCurveInformationC
     case info_gradient: {
         if (!context.formatY)
             return kNoValue;
+        // A slope is in units of y per x, so neither axis's printing suits it.
         if (mType == tangent_line_annotation)
-            return context.formatY(mGradient);
+            return shortNumber(mGradient);
         if (!hasReference || getX(1) == getX(0))
             return kNoValue;
-        return context.formatY((getY(1) - getY(0)) / (getX(1) - getX(0)));
+        return shortNumber((getY(1) - getY(0)) / (getX(1) - getX(0)));
     }
     case info_expression: {
         const std::string expression = buildExpressionFromAnnotation();

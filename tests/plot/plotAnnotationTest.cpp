@@ -81,7 +81,7 @@ TEST(PlotAnnotation, PlaceholdersAreReplacedByTable)
         {&delta, "<XY Value>", "(X10, Y20)"},
         {&delta, "<Reference XY Value>", "(X40, Y-10)"},
         {&delta, "dx=<Delta X Value> dy=<DELTA Y VALUE>", "dx=X30 dy=Y-30"},
-        {&delta, "<Gradient>", "Y-10"},
+        {&delta, "<Gradient>", "-1"},
         {&delta, "<Deviation>", "Y-30"},
         {&delta, "<All Points>", "(X10, Y20) (X40, Y-10)"},
         {&delta, "<Simple Curve Name> vs <Simple Reference Curve Name>", "v(out) vs v(in)"},
@@ -105,9 +105,9 @@ TEST(PlotAnnotation, PlaceholdersAreReplacedByTable)
         EXPECT_EQ(annotation.replaceTextPlaceholders(context), row.expected) << row.text;
     }
     wxAnnotation slope = tangent;
-    slope.setGradient(0.5);
+    slope.setGradient(4321.987);
     slope.setText("<Gradient>");
-    EXPECT_EQ(slope.replaceTextPlaceholders(context), "Y5");
+    EXPECT_EQ(slope.replaceTextPlaceholders(context), "4322");
     // A moved annotation shows its new value.
     wxAnnotation moving = point;
     moving.setText("<Y Value>");

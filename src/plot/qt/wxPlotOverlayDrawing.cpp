@@ -184,8 +184,9 @@ void drawBoxes(const wxSinglePlotOverlay& overlay, qtVxBufferedDrawContextInvert
             if (box.kind == ruler_value_box)
                 mark(context, box.item.anchorX, box.item.anchorY, box.colour);
         }
+        // Texts of the user have no frame, but a ground that keeps them readable over curves.
+        context.fillRectangle(b.x0, b.y0, b.x1, b.y1, box.kind == ruler_head_box ? box.colour : kBoxFill);
         if (box.kind != text_annotation_box) {
-            context.fillRectangle(b.x0, b.y0, b.x1, b.y1, box.kind == ruler_head_box ? box.colour : kBoxFill);
             context.setPen(cVxPen{box.colour, 1, vxDrawContext::solid_pen});
             context.drawRectangle(b.x0, b.y0, b.x1 - 1, b.y1 - 1);
         }

@@ -137,7 +137,9 @@ bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
     context.drawLine(frame.right, frame.bottom, frame.right, frame.top);
     if (checkY1Active())
         drawRightYAxis(context, frame.right, frame.bottom, frame.top);
-    wxPlotOverlayDrawing::layoutAndDraw(mOverlay, *this, context, width, height);
+    // Legend, rulers and annotations come with the curves they describe.
+    if (complete)
+        wxPlotOverlayDrawing::layoutAndDraw(mOverlay, *this, context, width, height);
 
     if (complete) {
         mBuffer.setDrawingComplete();
