@@ -8,6 +8,8 @@
 #include "base/cVxLogger.h"
 #include "plot/cPlotWidgetCommon.h"
 #include "plot/wxAnalogPlotVirtual.h"
+#include "model/cCurvePlotDataSection.h"
+#include "model/cCurvePlotVariable.h"
 
 namespace vx3 {
 
@@ -240,6 +242,39 @@ bool wxSinglePlotOverlay::addCurveAnnotation(size_t curveIndex, const std::strin
     }
     (imaginary ? mCurveAnnotations[group].imag : mCurveAnnotations[group].real).push_back(std::move(annotation));
     return true;
+}
+
+bool wxSinglePlotOverlay::addRiseFallAnnotation(size_t curveIndex, bool imaginary)
+{
+    const std::vector<wxSinglePlotWidgetData>& curves = mPlot.getCurves();
+    auto refuse = [this](const std::string& reason) {
+        mLogger.errorMsg("Creating annotation : " + reason);
+        failed("Failed to create annotation.");
+        return false;
+    };
+    if (curveIndex >= curves.size() || !curves[curveIndex].description().checkIsVariable())
+        return refuse("the curve is not in the plot.");
+    if (!mMarker.checkIsEnabled() || !mCursor.checkIsEnabled())
+        return refuse("rise and fall times are measured between the marker and the cursor.");
+    const wxCurveDescription& description = curves[curveIndex].description();
+    const cCurvePlotDataSection& section = *description.getSection();
+    const cCurvePlotVariable& variable = description.curvePlotVariable();
+    const double from = std::min(mMarker.getX(), mCursor.getX()), to = std::max(mMarker.getX(), mCursor.getX());
+    double start = NAN, end = NAN;
+    uint64_t cursor = 0;
+    const bool logX = mPlot.xAxis().checkIsLog();
+    variable.findInterpolatedValue(section, from, cursor, start, logX, imaginary);
+    variable.findInterpolatedValue(section, to, cursor, end, logX, imaginary);
+    if (!std::isfinite(start) || !std::isfinite(end) || start == end)
+        return refuse("the curve does not change between the rulers.");
+    const double low = start + settings.riseLowPercent / 100.0 * (end - start);
+    const double high = start + settings.riseHighPercent / 100.0 * (end - start);
+    double xLow = NAN, xHigh = NAN;
+    if (!variable.findClosestXValueForGivenY(section, low, from, xLow) || xLow < from || xLow > to ||
+        !variable.findClosestXValueForGivenY(section, high, xLow, xHigh) || xHigh < xLow || xHigh > to)
+        return refuse("no edge between the rulers.");
+    return addCurveAnnotation(curveIndex, end > start ? "Rise Time" : "Fall Time", "", {xLow, low, xHigh, high},
+                              imaginary);
 }
 
 bool wxSinglePlotOverlay::clearCurveAnnotations(size_t curveIndex)

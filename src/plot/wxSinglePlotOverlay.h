@@ -38,6 +38,8 @@ struct cOverlaySettings {
     bool hitTest = true;          // the closest-curve hit test
     double hitTolerance = 6.0;    // pixels
     double boxPadding = 3.0;      // pixels between a box's frame and its text
+    double riseLowPercent = 10.0;   // levels of rise and fall times, in percent of the swing
+    double riseHighPercent = 90.0;
 };
 
 enum box_kind : int { ruler_head_box = 0, ruler_value_box = 1, annotation_box = 2, text_annotation_box = 3 };
@@ -106,6 +108,10 @@ public:
     // An annotation of a type (name or number) on curve index, points as x, y pairs.
     bool addCurveAnnotation(size_t curveIndex, const std::string& type, const std::string& text,
                             const std::vector<double>& points, bool imaginary = false);
+    // The rise or fall time of curve index between the marker and the cursor: the swing from the
+    // value at the first ruler to the value at the second, and the first crossings of its low and
+    // high levels after the first ruler. A "Rise Time" or "Fall Time" annotation by the direction.
+    bool addRiseFallAnnotation(size_t curveIndex, bool imaginary = false);
     bool clearCurveAnnotations(size_t curveIndex);
     void clearAnnotations();
     const std::vector<singlePlotWidgetAnnotations::wxAnnotation>& getGlobalAnnotations() const { return mGlobal; }

@@ -273,3 +273,57 @@ TEST(PlotAnnotation, OnlyAnnotationsNearTheViewAreDrawn)
     const wxAnnotation interval = made(x_interval_annotation, "", {2.0, 100.0, 3.0, 100.0});
     EXPECT_TRUE(interval.checkIfAnnotationIsDrawn(0.0, 10.0, 0.0, 10.0, 0.1, 0.1));
 }
+
+TEST(PlotAnnotation, RiseAndFallTimesBetweenTheRulersMatchNumpyCrossings)
+{
+    cCapturingLogger capture;
+    cCurvePlotDataFile store;
+    std::vector<double> x(2001), up(x.size()), down(x.size());
+    for (size_t i = 0; i < x.size(); ++i) {
+        x[i] = 1e-9 * static_cast<double>(i);
+        up[i] = 1.2 * std::tanh((x[i] - 0.7e-6) / 0.08e-6) + 0.3;
+        down[i] = -up[i];
+    }
+    cTestSection section(store, "tran", x);
+    cOverlayTestPlot plot(capture.logger);
+    ASSERT_TRUE(plot.addToPlot(section.describe(section.addReal("rise", up))));
+    ASSERT_TRUE(plot.addToPlot(section.describe(section.addReal("fall", down))));
+    wxSinglePlotOverlay overlay(plot, capture.logger);
+    // No rulers: refused, nothing made.
+    EXPECT_FALSE(overlay.addRiseFallAnnotation(0));
+    EXPECT_TRUE(capture.log.contains("between the marker and the cursor"));
+    ASSERT_TRUE(overlay.setCursor(0.3e-6, "M1"));
+    ASSERT_TRUE(overlay.setCursor(1.4e-6, "C1"));
+    ASSERT_TRUE(overlay.addRiseFallAnnotation(0));
+    ASSERT_TRUE(overlay.addRiseFallAnnotation(1));
+    for (size_t c = 0; c < 2; ++c) {
+        const wxAnnotation& edge = overlay.getCurveAnnotations(c, false)->back();
+        EXPECT_EQ(edge.getType(), c == 0 ? rise_time_annotation : fall_time_annotation);
+        // numpy: the levels from the values at the rulers, crossed where the monotone edge passes them.
+        const std::vector<double>& y = c == 0 ? up : down;
+        const std::vector<double> ends = oracleValues("linear", [&] {
+            std::vector<std::pair<double, double>> points;
+            for (size_t i = 0; i < x.size(); ++i)
+                points.emplace_back(x[i], y[i]);
+            return points;
+        }(), {0.3e-6, 1.4e-6});
+        ASSERT_EQ(ends.size(), 2u);
+        const double low = ends[0] + 0.1 * (ends[1] - ends[0]), high = ends[0] + 0.9 * (ends[1] - ends[0]);
+        // The inverse of the edge: x as a function of y, increasing y for numpy.
+        std::vector<std::pair<double, double>> inverse;
+        for (size_t i = 300; i <= 1400; ++i)
+            inverse.emplace_back(c == 0 ? y[i] : -y[i], x[i]);
+        const std::vector<double> crossings = oracleValues("linear", inverse, {c == 0 ? low : -low, c == 0 ? high : -high});
+        ASSERT_EQ(crossings.size(), 2u);
+        EXPECT_NEAR(edge.getX(0), crossings[0], 1e-15);
+        EXPECT_NEAR(edge.getX(1), crossings[1], 1e-15);
+        EXPECT_NEAR(edge.getY(0), low, 1e-12);
+        EXPECT_NEAR(edge.getY(1), high, 1e-12);
+    }
+    // Rulers over a flat stretch: no edge.
+    ASSERT_TRUE(overlay.setCursor(1.6e-6, "M1"));
+    ASSERT_TRUE(overlay.setCursor(1.6e-6, "C1"));
+    const size_t before = overlay.getNbAnnotations();
+    EXPECT_FALSE(overlay.addRiseFallAnnotation(0));
+    EXPECT_EQ(overlay.getNbAnnotations(), before);
+}
