@@ -9,6 +9,7 @@
 #include "model/dataUnit.h"
 #include "model/derivedCurveFunction.h"
 #include "plot/qt/qtVxAxisDrawing.h"
+#include "plot/qt/wxPlotOverlayDrawing.h"
 #include "plot/wxPlotCurveDrawing.h"
 
 namespace vx3 {
@@ -18,8 +19,9 @@ using namespace singlePlotWidgetImpl;
 
 wxSinglePlotWidgetImpl::wxSinglePlotWidgetImpl(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger,
                                                wxAnalogPlotVirtual* page, int windowType)
-    : qtVxWidget(parent), cPlotWidgetCommon(logger, page, windowType), mDataMutex(dataMutex)
+    : qtVxWidget(parent), cPlotWidgetCommon(logger, page, windowType), mDataMutex(dataMutex), mOverlay(*this, logger)
 {
+    mOverlay.setPage(page);
     mBuffer.setBackgroundColour(mLook.background);
 }
 
@@ -45,12 +47,14 @@ void wxSinglePlotWidgetImpl::setAxisTitles(const std::string& x, const std::stri
 
 void wxSinglePlotWidgetImpl::plotRequestFullRedraw()
 {
+    mOverlay.curvesChanged();
     mBuffer.setFullRedrawRequired();
     refresh();
 }
 
 void wxSinglePlotWidgetImpl::plotRequestAddedCurve()
 {
+    mOverlay.curvesChanged();
     mBuffer.setAddedCurve();
     refresh();
 }
@@ -92,7 +96,7 @@ void wxSinglePlotWidgetImpl::onPaint(QPainter& painter)
 void wxSinglePlotWidgetImpl::updateLayout(int width, int height)
 {
     plotWidgetCommon::cCanvasLayout layout;
-    layout.xLow = mLook.leftMargin;
+    layout.xLow = getLeftMargin();
     layout.xHigh = std::max<double>(width - getRightMargin(), layout.xLow + 1.0);
     layout.yLow = mLook.bottomMargin;
     layout.yHigh = std::max<double>(height - mLook.topMargin, layout.yLow + 1.0);
@@ -102,9 +106,10 @@ void wxSinglePlotWidgetImpl::updateLayout(int width, int height)
 bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
 {
     ++mPaints;
+    mPaintWidth = width;
     mPicture.resize(std::max(width, 1), std::max(height, 1), ratio);
     mPicture.fill(mLook.background);
-    const int canvasWidth = width - mLook.leftMargin - getRightMargin();
+    const int canvasWidth = width - getLeftMargin() - getRightMargin();
     const int canvasHeight = height - mLook.bottomMargin - mLook.topMargin;
     if (canvasWidth <= 0 || canvasHeight <= 0)
         return true;  // no room for a canvas: nothing but the background
@@ -118,7 +123,7 @@ bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
     // The curves' bitmap at the canvas, then the axes around it.
     {
         QPainter painter(&mPicture.getImage());
-        painter.drawImage(QPointF(mLook.leftMargin, mLook.topMargin), mBuffer.bitmap().getImage());
+        painter.drawImage(QPointF(getLeftMargin(), mLook.topMargin), mBuffer.bitmap().getImage());
     }
     qtVxBufferedDrawContextInverted context(mPicture);
     const plotWidgetCommon::cCanvasLayout& layout = getCanvasLayout();
@@ -134,6 +139,9 @@ bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
     context.drawLine(frame.right, frame.bottom, frame.right, frame.top);
     if (checkY1Active())
         drawRightYAxis(context, frame.right, frame.bottom, frame.top);
+    // Legend, rulers and annotations come with the curves they describe.
+    if (complete)
+        wxPlotOverlayDrawing::layoutAndDraw(mOverlay, *this, context, width, height);
 
     if (complete) {
         mBuffer.setDrawingComplete();
@@ -288,7 +296,18 @@ std::string wxSinglePlotWidgetImpl::computeYTitle(int axis) const
 
 int wxSinglePlotWidgetImpl::getRightMargin() const
 {
-    return checkY1Active() ? mLook.leftMargin : mLook.rightMargin;
+    const int legend = mOverlay.legend().getType() == singlePlotWidgetLegend::on_the_right
+                           ? static_cast<int>(mOverlay.computeLegendSideWidth(wxPlotOverlayTextMetrics(), mPaintWidth))
+                           : 0;
+    return (checkY1Active() ? mLook.leftMargin : mLook.rightMargin) + legend;
+}
+
+int wxSinglePlotWidgetImpl::getLeftMargin() const
+{
+    // A legend on the left takes a band left of the Y axis's labels.
+    if (mOverlay.legend().getType() != singlePlotWidgetLegend::on_the_left)
+        return mLook.leftMargin;
+    return mLook.leftMargin + static_cast<int>(mOverlay.computeLegendSideWidth(wxPlotOverlayTextMetrics(), mPaintWidth));
 }
 
 void wxSinglePlotWidgetImpl::drawRightYAxis(qtVxBufferedDrawContextInverted& context, double right, double bottom,

@@ -13,6 +13,7 @@
 #include "plot/qt/wxPlotBuffer.h"
 #include "plot/wxPlotAutoScroll.h"
 #include "plot/wxPlotZoomBox.h"
+#include "plot/wxSinglePlotOverlay.h"
 #include "plot/wxPlotDrawerColBuffer.h"
 #include "widgets/cVxEventHandler.h"
 #include "widgets/qtVxBufferedDrawContext.h"
@@ -72,6 +73,9 @@ public:
     void plotWidgetRedrawFrame() { mBuffer.setCompleteBufferAxesRedrawRequired(); refresh(); }
     // The X and Y titles shown under and beside the axes.
     void setAxisTitles(const std::string& x, const std::string& y0);
+    // Legend, rulers and annotations, drawn over the curves' bitmap.
+    wxSinglePlotOverlay& overlay() { return mOverlay; }
+    const wxSinglePlotOverlay& overlay() const { return mOverlay; }
 
     // --- mouse, wheel, keys, menus, drops and the clipboard (wxSinglePlotWidgetImplMouse.cpp) ---
     // The name under which recorded commands address the plot.
@@ -150,6 +154,7 @@ private:
     // The second Y axis stands on the right of the canvas, its labels right of its ticks.
     void drawRightYAxis(qtVxBufferedDrawContextInverted& context, double right, double bottom, double top);
     int getRightMargin() const;
+    int getLeftMargin() const;
     std::string computeXTitle() const;
     std::string computeYTitle(int axis) const;
 
@@ -170,6 +175,8 @@ private:
     bool mLeftDown = false;
     wxPlotZoomBox mZoomBox;
     wxPlotAutoScroll mAutoScroll;
+    wxSinglePlotOverlay mOverlay;
+    int mPaintWidth = 0;
 };
 
 }  // namespace vx3
