@@ -75,6 +75,8 @@ bool wxSinglePlotWidgetData::computeDerivedMinMaxValuesIfNecessary(bool force)
     if (!mDescription.checkIsVariable())
         return false;
     const cCurvePlotDataSection& section = *mDescription.getSection();
+    if (const cCurvePlotDataType* type = mDescription.curvePlotVariable().getType(); type && type->checkIsDigital())
+        return computeDigitalMinMaxValues(section);
     curvePlotFunctionArgs::cDataVectors vectors;
     if (!mDescription.curvePlotVariable().computeDataVectors(section, vectors) || !vectors.count)
         return false;
@@ -113,6 +115,25 @@ bool wxSinglePlotWidgetData::computeDerivedMinMaxValuesIfNecessary(bool force)
     mMinX = x.min, mMaxX = x.max, mMinXIndex = x.minIndex, mMaxXIndex = x.maxIndex;
     mRealMinY = real.min, mRealMaxY = real.max, mRealMinYIndex = real.minIndex, mRealMaxYIndex = real.maxIndex;
     mImagMinY = imag.min, mImagMaxY = imag.max, mImagMinYIndex = imag.minIndex, mImagMaxYIndex = imag.maxIndex;
+    mMinMaxInitialized = true;
+    return true;
+}
+
+// Logic states keep their changes as sparse records: the curve spans the section's time axis (the
+// whole dump, so that the last state shows up to its end) and its levels run from 0 to 1.
+bool wxSinglePlotWidgetData::computeDigitalMinMaxValues(const cCurvePlotDataSection& section)
+{
+    const uint64_t last = section.getNbOfSweepVariables() - 1;
+    const uint64_t count = section.getNbOfSweepVariables() ? section.getSweepVariableSize(last) : 0;
+    if (!count)
+        return false;
+    mMinX = section.getSweepValue(last, 0);
+    mMaxX = section.getSweepValue(last, count - 1);
+    mMaxXIndex = count - 1;
+    if (!(mMinX <= mMaxX))
+        return false;
+    mRealMinY = 0.0;
+    mRealMaxY = 1.0;
     mMinMaxInitialized = true;
     return true;
 }

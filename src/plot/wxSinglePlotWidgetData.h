@@ -79,6 +79,7 @@ public:
     bool checkIsMarkedForClosing() const;
 
 private:
+    bool computeDigitalMinMaxValues(const cCurvePlotDataSection& section);
     unsigned unitOfConversion(unsigned conversion, bool imaginary) const;
 
     wxCurveDescription mDescription;

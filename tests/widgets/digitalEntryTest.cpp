@@ -25,6 +25,7 @@
 #include "plot/wxPlotCurveDrawing.h"
 #include "plot/wxPlotDrawerColBuffer.h"
 #include "plot/wxPlotDrawerDigitalPens.h"
+#include "plot/wxSinglePlotWidgetData.h"
 #include "plot/wxSinglePlotWidgetXAxis.h"
 #include "plot/wxSinglePlotWidgetYAxis.h"
 #include "readers/cCurvePlotParser.h"
@@ -278,6 +279,16 @@ TEST(digitalEntry, dumpOfIverilogReadByTheViewerDrawsAtItsChangeTimes)
         ASSERT_TRUE(cPostProcessCurveDescription(section, index).load(false, error)) << error;
         // The layout the reader writes; the other layouts are drawn below against it.
         ASSERT_EQ(section->getVariable(index).getDataType(), sparse_logic_vector_4_state);
+
+        // A plot spans the dump's whole time axis for a logic curve, its levels from 0 to 1.
+        wxCurveDescription description;
+        description.init(section, index);
+        wxSinglePlotWidgetData extent(description, 0, 0);
+        ASSERT_TRUE(extent.computeDerivedMinMaxValuesIfNecessary(true));
+        EXPECT_DOUBLE_EQ(extent.getMaxX(), double(end) * scale);
+        EXPECT_LE(extent.getMinX(), double(expected.front().first) * scale);
+        EXPECT_EQ(extent.getRealMinY(), 0.0);
+        EXPECT_EQ(extent.getRealMaxY(), 1.0);
 
         const QImage image = plot.draw(section, index);
         drawnImages.push_back(image);
