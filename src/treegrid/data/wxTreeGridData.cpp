@@ -85,9 +85,10 @@ bool wxTreeGridData::addSection(cCurvePlotDataSection& section)
 {
     bool any = false;
     for (uint64_t i = 0; i < section.getNbOfVariables(); ++i) {
-        if (!addCurve(section, i) && section.getNbOfSweepVariables() > 1)
+        if (addCurve(section, i))
+            any = true;
+        else if (section.getNbOfSweepVariables() > 1)
             return false;  // told once, not once per curve
-        any = true;
     }
     return any;
 }
@@ -123,8 +124,11 @@ const wxTreeGridDataColumn& wxTreeGridData::getCurveColumn(unsigned curveColumn)
 
 const wxTreeGridDataColumn* wxTreeGridData::columnAt(unsigned col) const
 {
-    if (col > mColumnMap.size())
+    if (col > mColumnMap.size()) {
+        mLogger.errorMsg("wxTreeGridData: column " + std::to_string(col) + " out of " +
+                         std::to_string(mColumnMap.size() + 1));
         throw std::out_of_range("wxTreeGridData: no column " + std::to_string(col));
+    }
     return col == 0 ? nullptr : &getCurveColumn(col - 1);
 }
 

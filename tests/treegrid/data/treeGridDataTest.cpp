@@ -227,6 +227,12 @@ with open('two.csv', 'w') as f:
     ASSERT_TRUE(table.insertCalculatorColumn("A + B"));
     EXPECT_EQ(table.treeGridVirtualGetDoubleValue(0, 3), 11.0);
     EXPECT_EQ(table.treeGridVirtualGetDoubleValue(4, 3), 38.0);
+    // A complex result shows both parts; its real part is the cell's number.
+    ASSERT_TRUE(table.insertCalculatorColumn("A + j*B"));
+    EXPECT_EQ(table.treeGridVirtualGetValue(0, 4), "1+10j");
+    EXPECT_EQ(table.treeGridVirtualGetDoubleValue(4, 4), 8.0);
+    ASSERT_TRUE(table.removeCurveColumn(3));
+    EXPECT_THROW(table.treeGridVirtualGetValue(0, 5), std::out_of_range);
 
     page.messages.others.clear();
     const std::filesystem::path csv = dir.path() / "table.csv", html = dir.path() / "table.html";
