@@ -33,7 +33,10 @@ void wxWaveExplorerBrowserRows::rebuild(cCurvePlotDataFile& store)
         if (!section)
             continue;
         const cFileDbSupport* file = section->getFile();
-        const std::string fileName = file ? file->fileName() : std::string();
+        // The base name keeps the curve column in view; a full path would push it off the screen.
+        std::string fileName = file ? file->fileName() : std::string();
+        if (const size_t slash = fileName.find_last_of('/'); slash != std::string::npos && slash + 1 < fileName.size())
+            fileName.erase(0, slash + 1);
         if (mFiles.empty() || mFiles.back() != fileName)
             mFiles.push_back(fileName);
         mSections.push_back(section->completeName());

@@ -43,7 +43,7 @@ TEST(BrowserRows, AllCurvesShortenedNamesAndWildcards)
     ASSERT_EQ(rows.getNumberOfCurveRows(), 3002u) << "no cap on the number of curves";
     const std::string dump = rows.dumpRows();
     EXPECT_EQ(std::count(dump.begin(), dump.end(), '\n'), 3002);
-    EXPECT_NE(dump.find("/tmp/many.csv | many.csv | top.u7 | sig2977 | V | 0\n"), std::string::npos) << dump.substr(0, 200);
+    EXPECT_NE(dump.find("many.csv | many.csv | top.u7 | sig2977 | V | 0\n"), std::string::npos) << dump.substr(0, 200);
     EXPECT_EQ(rows.getRow(3000).scope, "");
     EXPECT_EQ(rows.getRow(3001).scope, "") << "a dot inside brackets does not split";
     EXPECT_EQ(rows.getRow(3001).curve, "v(x1.out)");
