@@ -11,7 +11,6 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "app/core/cStoreCommands.h"
@@ -21,6 +20,7 @@
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "wxExplorerPlotPage.h"
 #include "wxLogSink.h"
+#include "wxWaveExplorerBrowserTreeGrid.h"
 #include "wxWaveExplorerConfigurationDialog.h"
 #include "wxWaveExplorerWidgetVirtual.h"
 
@@ -30,7 +30,6 @@ using namespace waveExplorerAction;
 
 namespace {
 constexpr int kBridgePending = 18;  // the result field's "not yet performed"
-constexpr size_t kShownCurvesPerSection = 2000;
 
 class cExecuteCommandEvent : public QEvent {
 public:
@@ -106,11 +105,7 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
     auto* vertical = new QSplitter(Qt::Vertical, this);
     auto* horizontal = new QSplitter(Qt::Horizontal, vertical);
 
-    mBrowser = new QTreeWidget(horizontal);
-    mBrowser->setObjectName("curve_browser");
-    mBrowser->setHeaderLabels({"Name", "Unit", "Points"});
-    mBrowser->header()->setStretchLastSection(false);
-    mBrowser->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    mBrowser = new wxWaveExplorerBrowserTreeGrid(horizontal);
 
     mPlotStack = new QStackedWidget(horizontal);
     mPlotStack->setObjectName("plot_stack");
@@ -322,18 +317,7 @@ void wxWaveExplorerWidgetImpl::serveBridge()
 void wxWaveExplorerWidgetImpl::refreshBrowser()
 {
     mStoreChanged = false;
-    mBrowser->clear();
-    cStoreCommands::cBrowserRows rows = cStoreCommands::listForBrowser(*mStore, kShownCurvesPerSection);
-    for (const auto& section : rows) {
-        auto* sectionItem = new QTreeWidgetItem(mBrowser, {QString::fromStdString(section.name), QString(),
-                                                           QString::number(section.count)});
-        for (const auto& curve : section.curves)
-            new QTreeWidgetItem(sectionItem, {QString::fromStdString(curve.name), QString::fromStdString(curve.unit),
-                                              QString::number(curve.count)});
-        if (section.hiddenCurves > 0)
-            new QTreeWidgetItem(sectionItem, {QString("... %1 more").arg(section.hiddenCurves)});
-    }
-    mBrowser->expandToDepth(0);
+    mBrowser->refresh(*mStore);
 }
 
 }  // namespace vx3

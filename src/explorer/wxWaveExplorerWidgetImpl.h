@@ -22,12 +22,12 @@ class QProgressBar;
 class QStackedWidget;
 class QStatusBar;
 class QTimer;
-class QTreeWidget;
 
 namespace vx3 {
 
 class cCurvePlotDataFile;
 class cCurvePlotDataSection;
+class wxWaveExplorerBrowserTreeGrid;
 class wxLogSink;
 class wxWaveExplorerConfiguration;
 class wxWaveExplorerConfigurationDialog;
@@ -141,7 +141,7 @@ private:
     std::map<uint64_t, uint64_t> mSessionSectionIds;
     bool mStoreChanged = true;
 
-    QTreeWidget* mBrowser = nullptr;
+    wxWaveExplorerBrowserTreeGrid* mBrowser = nullptr;
     QPlainTextEdit* mLogPane = nullptr;
     QStatusBar* mStatusBar = nullptr;
     QProgressBar* mProgress = nullptr;
