@@ -101,18 +101,4 @@ int wxPlotPageLayout::getPlotIndex(int x, int y, int width, int height) const
     return -1;
 }
 
-bool wxPlotPageLayout::applyPermutation(const std::vector<size_t>& order)
-{
-    if (order.size() != mCells.size())
-        return false;
-    std::vector<size_t> sorted = order;
-    std::sort(sorted.begin(), sorted.end());
-    for (size_t i = 0; i < sorted.size(); ++i)
-        if (sorted[i] != i)
-            return false;
-    // The cells stay where they are; the plots move: reordering owners is the caller's part, so
-    // the layout only validates and keeps its geometry.
-    return true;
-}
-
 }  // namespace vx3

@@ -39,8 +39,6 @@ public:
     plotPageLayout::cPixelRect computeScreenPosition(size_t index, int width, int height) const;
     // The plot under a point of the page, -1 for none.
     int getPlotIndex(int x, int y, int width, int height) const;
-    // Reorders the cells' owners: new index i holds old index order[i].
-    bool applyPermutation(const std::vector<size_t>& order);
 
 private:
     std::vector<plotPageLayout::cCell> mCells;
