@@ -585,6 +585,12 @@ bool cPlotWidgetCommon::performUndoAction()
         for (size_t k = entry.items.size(); k-- > 0;)
             insertCurveAt(entry.items[k], entry.positions[k]);
     }
+    return finishUndoRedoStep(wasEmpty);
+}
+
+// What an undo and a redo step share once the curves are back or gone.
+bool cPlotWidgetCommon::finishUndoRedoStep(bool wasEmpty)
+{
     setUndoBufferEnabled(true);
     if (mCurves.empty()) {
         clear();
@@ -612,17 +618,7 @@ bool cPlotWidgetCommon::performRedoAction()
         for (const wxSinglePlotWidgetData& item : entry.items)
             removeParts(mCurves, item);
     }
-    setUndoBufferEnabled(true);
-    if (mCurves.empty()) {
-        clear();
-        return true;
-    }
-    for (wxSinglePlotWidgetData& curve : mCurves)
-        curve.computeDerivedMinMaxValuesIfNecessary(false);
-    updateAfterRemove();
-    if (wasEmpty)
-        unzoom(false);
-    return true;
+    return finishUndoRedoStep(wasEmpty);
 }
 
 // --- reload ---------------------------------------------------------------------------------------

@@ -227,6 +227,7 @@ protected:
     void printMaxZoomReached() const;
 
 private:
+    bool finishUndoRedoStep(bool wasEmpty);
     bool fitImpl(double x0, double x1, double y0Min, double y0Max, double y1Min, double y1Max, bool addViewPort,
                  bool printMessage, bool limit);
     void viewChanged(bool addViewPort);

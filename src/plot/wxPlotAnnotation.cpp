@@ -6,6 +6,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "base/cVxString.h"
 #include "base/cVxLogger.h"
 
 namespace vx3::singlePlotWidgetAnnotations {
@@ -61,20 +62,11 @@ std::string shortNumber(double value)
     return stream.str();
 }
 
+
+// Line ends too, so that a multi-line text survives an attribute value.
 std::string xmlEscaped(const std::string& text)
 {
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '"': out += "&quot;"; break;
-        case '\n': out += "&#10;"; break;
-        default: out += c;
-        }
-    }
-    return out;
+    return vxString::replace_string_all(vxString::escape_markup(text), "\n", "&#10;");
 }
 
 // Natural cubic spline through sorted points: second derivatives by the tridiagonal system.

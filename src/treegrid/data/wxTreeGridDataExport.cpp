@@ -1,6 +1,7 @@
 // The export of wxTreeGridData: x and chosen columns as CSV, tab-separated text or an HTML table.
 #include <fstream>
 
+#include "base/cVxString.h"
 #include "treegrid/data/wxTreeGridData.h"
 
 namespace vx3 {
@@ -17,20 +18,6 @@ std::string csvField(const std::string& text)
     return quoted + '"';
 }
 
-std::string escapeHtml(const std::string& text)
-{
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '"': out += "&quot;"; break;
-        default: out += c;
-        }
-    }
-    return out;
-}
 
 std::string replaceName(std::string message, const std::string& name)
 {
@@ -68,12 +55,12 @@ std::string wxTreeGridData::exportToString(int format, const std::vector<unsigne
         out += "<TITLE>Table</TITLE>\n</HEAD>\n<BODY>\n";
         out += "<TABLE COLS=" + std::to_string(cols.size()) + " BORDER=1>\n<TR>";
         for (unsigned col : cols)
-            out += "<TH>" + escapeHtml(self.treeGridVirtualGetColHeaderLabel(col)) + "</TH>";
+            out += "<TH>" + vxString::escape_markup(self.treeGridVirtualGetColHeaderLabel(col)) + "</TH>";
         out += "</TR>\n";
         for (unsigned row = 0; row < mRowXs.size(); ++row) {
             out += "<TR>";
             for (unsigned col : cols)
-                out += "<TD>" + escapeHtml(cellText(row, col)) + "</TD>";
+                out += "<TD>" + vxString::escape_markup(cellText(row, col)) + "</TD>";
             out += "</TR>\n";
         }
         out += "</TABLE>\n</BODY>\n</HTML>\n";
