@@ -13,6 +13,7 @@
 #include <sstream>
 
 #include "../base/testSupport.h"
+#include "digitalDumpOracle.h"
 #include "expressions/cPostProcessCurveDescription.h"
 #include "expressions/postProcessLogic.h"
 #include "plot/qt/wxPlotDrawerDigitalQt.h"
@@ -70,29 +71,11 @@ std::pair<int, int> rowsOf(char state)
 TEST(digitalDrawing, dumpOfIverilogDrawsAtItsChangeTimes)
 {
     zwtest::cTempDir folder("zw_digital_drawing_");
-    const std::string script = std::string(ZW_SOURCE_DIR) + "/tests/widgets/oracles/digital_dump.py";
-    ASSERT_EQ(std::system(("/usr/bin/python3 '" + script + "' '" + folder.path() + "'").c_str()), 0)
-        << "the oracle needs iverilog and vvp";
-    double scale = 0;
-    uint64_t end = 0;
-    std::map<std::string, std::vector<std::pair<uint64_t, std::string>>> changes;
-    {
-        std::ifstream file(folder.path() + "/changes.txt");
-        for (std::string line; std::getline(file, line);) {
-            std::istringstream in(line);
-            std::string name;
-            in >> name;
-            if (name == "scale")
-                in >> scale;
-            else if (name == "end")
-                in >> end;
-            else
-                for (std::string word; in >> word;)
-                    changes[name].emplace_back(std::stoull(word.substr(0, word.find(':'))),
-                                               word.substr(word.find(':') + 1));
-        }
-    }
-    ASSERT_GT(scale, 0);
+    zwtest::cDigitalDumpOracle oracle;
+    ASSERT_TRUE(oracle.write(folder.path())) << "the oracle needs iverilog and vvp";
+    const double scale = oracle.scale;
+    const uint64_t end = oracle.end;
+    const auto& changes = oracle.changes;
     ASSERT_EQ(changes.size(), 3u);
 
     cCurvePlotDataFile store;

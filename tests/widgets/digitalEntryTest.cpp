@@ -17,6 +17,7 @@
 #include <sstream>
 
 #include "../base/testSupport.h"
+#include "digitalDumpOracle.h"
 #include "expressions/cPostProcessCurveDescription.h"
 #include "model/cCurvePlotDataFile.h"
 #include "model/cCurvePlotDataSection.h"
@@ -237,29 +238,11 @@ void checkBusColumns(const QImage& image, const cChanges& expected, const std::v
 TEST(digitalEntry, dumpOfIverilogReadByTheViewerDrawsAtItsChangeTimes)
 {
     zwtest::cTempDir folder("zw_digital_entry_");
-    const std::string script = std::string(ZW_SOURCE_DIR) + "/tests/widgets/oracles/digital_dump.py";
-    ASSERT_EQ(std::system(("/usr/bin/python3 '" + script + "' '" + folder.path() + "'").c_str()), 0)
-        << "the oracle needs iverilog and vvp";
-    double scale = 0;
-    uint64_t end = 0;
-    std::map<std::string, cChanges> changes;
-    {
-        std::ifstream file(folder.path() + "/changes.txt");
-        for (std::string line; std::getline(file, line);) {
-            std::istringstream in(line);
-            std::string name;
-            in >> name;
-            if (name == "scale")
-                in >> scale;
-            else if (name == "end")
-                in >> end;
-            else
-                for (std::string word; in >> word;)
-                    changes[name].emplace_back(std::stoull(word.substr(0, word.find(':'))),
-                                               word.substr(word.find(':') + 1));
-        }
-    }
-    ASSERT_GT(scale, 0);
+    zwtest::cDigitalDumpOracle oracle;
+    ASSERT_TRUE(oracle.write(folder.path())) << "the oracle needs iverilog and vvp";
+    const double scale = oracle.scale;
+    const uint64_t end = oracle.end;
+    const auto& changes = oracle.changes;
     ASSERT_EQ(changes.size(), 3u);
 
     cCurvePlotDataFile store;
