@@ -12,26 +12,16 @@ import tempfile
 import time
 import unittest
 
+from program_test_support import read_text
+from program_test_support import wait_until as wait_for
+
 PROGRAM = None
 DEADLINE = 60  # seconds: a loaded machine only makes a wait longer, never a test red
 NOBODY = 65534
 
 
 def wait_until(condition, seconds=DEADLINE, pause=0.05):
-    end = time.monotonic() + seconds
-    while True:
-        value = condition()
-        if value or time.monotonic() >= end:
-            return value
-        time.sleep(pause)
-
-
-def read_text(path):
-    try:
-        with open(path, encoding="utf-8", errors="replace") as f:
-            return f.read()
-    except FileNotFoundError:
-        return ""
+    return wait_for(condition, seconds, pause)
 
 
 class Reader:

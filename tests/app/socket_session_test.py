@@ -11,26 +11,15 @@ import tempfile
 import time
 import unittest
 
+from program_test_support import read_text
+from program_test_support import wait_until as wait_for
+
 PROGRAM = None
 DEADLINE = 30  # seconds: a loaded machine only makes a wait longer, never a test red
 
 
 def wait_until(condition, seconds=DEADLINE, pause=0.02):
-    """Polls condition until it holds or the deadline passes; returns its last value."""
-    end = time.monotonic() + seconds
-    while True:
-        value = condition()
-        if value or time.monotonic() >= end:
-            return value
-        time.sleep(pause)
-
-
-def read_text(path):
-    try:
-        with open(path, encoding="utf-8", errors="replace") as f:
-            return f.read()
-    except FileNotFoundError:
-        return ""
+    return wait_for(condition, seconds, pause)
 
 
 class Peer:
