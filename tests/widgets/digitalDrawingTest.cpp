@@ -13,6 +13,7 @@
 #include <sstream>
 
 #include "../base/testSupport.h"
+#include "digitalColumnCheck.h"
 #include "digitalDumpOracle.h"
 #include "expressions/cPostProcessCurveDescription.h"
 #include "expressions/postProcessLogic.h"
@@ -23,23 +24,14 @@
 #include "widgets/qtVxBitmap.h"
 
 using namespace vx3;
+using namespace digitalColumnCheck;
 
 namespace {
-
-constexpr unsigned kWhite = 0xffffff;
-constexpr int kHeight = 60;
-constexpr int kLow = 10, kMiddle = 30, kHigh = 50;  // rows counted from the bottom
 
 const plotDrawerDigital::cDigitalPens& pens()
 {
     static const auto made = plotDrawerDigital::cDigitalPens::fromMainPen({0x0000c0, 1, 1});
     return made;
-}
-
-// Pixel of a row counted from the bottom, as the drawers count.
-unsigned pixelAt(const qtVxBitmap& bitmap, int column, int row)
-{
-    return bitmap.getImage().pixel(column, kHeight - 1 - row) & 0xffffffu;
 }
 
 struct cPlot {
@@ -54,17 +46,6 @@ struct cPlot {
     }
     int column(double value) const { return int(std::lrint(x.toInt(value))); }
 };
-
-// The rows a state covers: its level, or low to high for an unknown state.
-std::pair<int, int> rowsOf(char state)
-{
-    switch (state) {
-    case '0': return {kLow, kLow};
-    case '1': return {kHigh, kHigh};
-    case 'z': return {kMiddle, kMiddle};
-    default: return {kLow, kHigh};
-    }
-}
 
 }  // namespace
 
@@ -104,64 +85,15 @@ TEST(digitalDrawing, dumpOfIverilogDrawsAtItsChangeTimes)
                             curve.count, derivedCurveFunction::monotony_rising, derivedCurveFunction::hexadecimal,
                             pens());
         }
-        const auto& image = plot.bitmap;
+        const QImage& image = plot.bitmap.getImage();
         std::vector<int> columns;
         for (const auto& change : expected)
             columns.push_back(plot.column(double(change.first) * scale));
         const int last = plot.column(double(end) * scale);
-        for (size_t k = 0; k < expected.size(); ++k) {
-            const std::string& state = expected[k].second;
-            const int from = columns[k], to = k + 1 < expected.size() ? columns[k + 1] : last;
-            if (curve.width == 1) {
-                // The edge: no gap between the rows of the two states.
-                if (k > 0) {
-                    const auto a = rowsOf(expected[k - 1].second[0]), b = rowsOf(state[0]);
-                    for (int row = std::min(a.first, b.first); row <= std::max(a.second, b.second); ++row)
-                        ASSERT_NE(pixelAt(image, from, row), kWhite) << "edge at column " << from << " row " << row;
-                }
-                // Inside the state: its level and nothing else at the levels.
-                for (int column = from + 1; column < to; ++column) {
-                    const unsigned low = pixelAt(image, column, kLow), middle = pixelAt(image, column, kMiddle),
-                                   high = pixelAt(image, column, kHigh);
-                    switch (state[0]) {
-                    case '0':
-                        ASSERT_EQ(low, pens().main.colour) << column;
-                        ASSERT_EQ(middle, kWhite) << column;
-                        ASSERT_EQ(high, kWhite) << column;
-                        break;
-                    case '1':
-                        ASSERT_EQ(low, kWhite) << column;
-                        ASSERT_EQ(high, pens().main.colour) << column;
-                        break;
-                    case 'z':
-                        ASSERT_EQ(middle, pens().z.colour) << column;
-                        ASSERT_EQ(low, kWhite) << column;
-                        ASSERT_EQ(high, kWhite) << column;
-                        break;
-                    default:
-                        ASSERT_EQ(middle, pens().xBoxColour) << column;
-                        ASSERT_EQ(low, pens().x.colour) << column;
-                        ASSERT_EQ(high, pens().x.colour) << column;
-                    }
-                }
-            } else {
-                // A bus: its hexagon's point at each change, its top and bottom lines in the pen of
-                // the value between the slants, and nothing just inside them (the text stands in
-                // the middle).
-                const unsigned pen = state.find('x') != std::string::npos ? pens().x.colour
-                                     : state.find_first_not_of('z') == std::string::npos ? pens().z.colour
-                                                                                          : pens().main.colour;
-                if (k > 0) {
-                    ASSERT_EQ(pixelAt(image, from, kMiddle), pen) << "change at column " << from;
-                }
-                for (int column = from + 4; column < to - 3; ++column) {
-                    ASSERT_EQ(pixelAt(image, column, kLow), pen) << column;
-                    ASSERT_EQ(pixelAt(image, column, kHigh), pen) << column;
-                    ASSERT_EQ(pixelAt(image, column, kLow + 2), kWhite) << column;
-                    ASSERT_EQ(pixelAt(image, column, kHigh - 2), kWhite) << column;
-                }
-            }
-        }
+        if (curve.width == 1)
+            checkBitColumns(image, expected, columns, last, pens());
+        else
+            checkBusColumns(image, expected, columns, last, pens(), true);
         // Nothing right of the dump's end.
         for (int column = last + 1; column < 801; ++column)
             for (int row = 0; row < kHeight; ++row)
