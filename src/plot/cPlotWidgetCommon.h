@@ -149,6 +149,8 @@ public:
     // --- bounding boxes ------------------------------------------------------------------------
     bool computeBoundingBox();
     bool incrementBoundingBox(const wxSinglePlotWidgetData& curve);
+    // Stores the three boxes (each fixed first); true when one changed.
+    bool setBoundingBoxes(double xmin, double xmax, double y0min, double y0max, double y1min, double y1max);
     // Repairs a range so that it has a usable width (see the design notes); digital kinds keep 0.
     static void fixBBoxValues(double& min, double& max, int windowType);
     void fixBBoxValues(double& min, double& max) const { fixBBoxValues(min, max, mWindowType); }

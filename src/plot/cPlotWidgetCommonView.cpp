@@ -26,6 +26,19 @@ struct cRange {
     }
 };
 
+// Widens the boxes by the parts of a curve that are shown and have values.
+void mergeShownParts(const wxSinglePlotWidgetData& curve, cRange& x, cRange (&y)[2])
+{
+    if (curve.checkRealPartShown() && !std::isnan(curve.getRealMinY())) {
+        x.merge(curve.getMinX(), curve.getMaxX());
+        y[curve.getRealAxis()].merge(curve.getRealMinY(), curve.getRealMaxY());
+    }
+    if (curve.checkImagPartShown() && !std::isnan(curve.getImagMinY())) {
+        x.merge(curve.getMinX(), curve.getMaxX());
+        y[curve.getImagAxis()].merge(curve.getImagMinY(), curve.getImagMaxY());
+    }
+}
+
 // The zoom limit of a log axis, on decades: the view may leave the box by a share of its decades.
 void limitLogZoomRange(const wxSinglePlotWidgetAxis& axis, double& min, double& max)
 {
@@ -157,19 +170,28 @@ void cPlotWidgetCommon::fixBBoxValues(double& min, double& max, int windowType)
         std::swap(min, max);
 }
 
+bool cPlotWidgetCommon::setBoundingBoxes(double xmin, double xmax, double y0min, double y0max, double y1min,
+                                         double y1max)
+{
+    bool changed = false;
+    auto store = [&](wxSinglePlotWidgetAxis& axis, double min, double max) {
+        fixBBoxValues(min, max);
+        changed = axis.setBoundingBox(min, max) || changed;
+    };
+    store(mXAxis, xmin, xmax);
+    store(mY0Axis, y0min, y0max);
+    store(mY1Axis, y1min, y1max);
+    if (changed && mPage)
+        mPage->analogPlotVirtualComputeDefaultBoundingBox(this);
+    return changed;
+}
+
 bool cPlotWidgetCommon::computeBoundingBox()
 {
     cRange x, y[2];
     for (wxSinglePlotWidgetData& curve : mCurves) {
         curve.computeDerivedMinMaxValuesIfNecessary(false);
-        if (curve.checkRealPartShown() && !std::isnan(curve.getRealMinY())) {
-            x.merge(curve.getMinX(), curve.getMaxX());
-            y[curve.getRealAxis()].merge(curve.getRealMinY(), curve.getRealMaxY());
-        }
-        if (curve.checkImagPartShown() && !std::isnan(curve.getImagMinY())) {
-            x.merge(curve.getMinX(), curve.getMaxX());
-            y[curve.getImagAxis()].merge(curve.getImagMinY(), curve.getImagMaxY());
-        }
+        mergeShownParts(curve, x, y);
     }
     if (!x.checkIsSet() || !y[0].checkIsSet() || !y[1].checkIsSet()) {
         if (mPage)
@@ -190,17 +212,7 @@ bool cPlotWidgetCommon::computeBoundingBox()
                 y[axis].merge(0.0, 1.0);
         }
     }
-    bool changed = false;
-    auto store = [&](wxSinglePlotWidgetAxis& axis, cRange range) {
-        fixBBoxValues(range.min, range.max);
-        changed = axis.setBoundingBox(range.min, range.max) || changed;
-    };
-    store(mXAxis, x);
-    store(mY0Axis, y[0]);
-    store(mY1Axis, y[1]);
-    if (changed && mPage)
-        mPage->analogPlotVirtualComputeDefaultBoundingBox(this);
-    return changed;
+    return setBoundingBoxes(x.min, x.max, y[0].min, y[0].max, y[1].min, y[1].max);
 }
 
 bool cPlotWidgetCommon::incrementBoundingBox(const wxSinglePlotWidgetData& curve)
@@ -216,27 +228,10 @@ bool cPlotWidgetCommon::incrementBoundingBox(const wxSinglePlotWidgetData& curve
                                                  (other.checkImagPartShown() && other.getImagAxis() == 1)));
     if (!y1Seen)
         y[1] = cRange();  // the box of y1 is still the default: the new curve replaces it
-    if (curve.checkRealPartShown() && !std::isnan(curve.getRealMinY())) {
-        x.merge(curve.getMinX(), curve.getMaxX());
-        y[curve.getRealAxis()].merge(curve.getRealMinY(), curve.getRealMaxY());
-    }
-    if (curve.checkImagPartShown() && !std::isnan(curve.getImagMinY())) {
-        x.merge(curve.getMinX(), curve.getMaxX());
-        y[curve.getImagAxis()].merge(curve.getImagMinY(), curve.getImagMaxY());
-    }
+    mergeShownParts(curve, x, y);
     if (!y[1].checkIsSet())
         y[1].merge(0.0, 1.0);
-    bool changed = false;
-    auto store = [&](wxSinglePlotWidgetAxis& axis, cRange range) {
-        fixBBoxValues(range.min, range.max);
-        changed = axis.setBoundingBox(range.min, range.max) || changed;
-    };
-    store(mXAxis, x);
-    store(mY0Axis, y[0]);
-    store(mY1Axis, y[1]);
-    if (changed && mPage)
-        mPage->analogPlotVirtualComputeDefaultBoundingBox(this);
-    return changed;
+    return setBoundingBoxes(x.min, x.max, y[0].min, y[0].max, y[1].min, y[1].max);
 }
 
 // --- fit and unzoom -------------------------------------------------------------------------------
