@@ -246,6 +246,10 @@ void wxCurveDescription::init(cCurvePlotDataSection* section, uint64_t index, co
         undo();
         fail("wxCurveDescription::init could not load variable from db");
     }
+    // The drawers trust the Y limits to walk a curve that stays inside the view without clipping
+    // every segment: known once, here, where the values arrive.
+    if (!variable.getMinMax().initialized)
+        variable.computeMinMaxValues();
     variable.incrementReferenceCount();
     mReferenced = true;
     mSweepsReferenced = !parameterized;
