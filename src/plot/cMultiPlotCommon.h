@@ -57,6 +57,15 @@ public:
             text += (i ? " " : "") + names[i];
         record(text + "\"");
     }
+    // Names one plot without recording: the explorer keeps plot names unique over all pages.
+    void setPlotName(size_t index, const std::string& name)
+    {
+        if (index >= mPlots.size())
+            return;
+        if (mNames.size() < mPlots.size())
+            mNames.resize(mPlots.size());
+        mNames[index] = name;
+    }
     size_t getActiveIndex() const { return mActive; }
     PlotT& getActiveOrFirstWindow() { return *mPlots.at(mActive < mPlots.size() ? mActive : 0); }
     void setActiveWindow(size_t index)
@@ -110,6 +119,19 @@ public:
         else
             mLayout.maximize(static_cast<size_t>(index));
         record("maximize_plot \"" + name + "\"");
+        layoutChanged();
+        return true;
+    }
+    // Brings the plots back after a maximize; false (with no message) when nothing is maximized.
+    bool minimizePlot(const std::string& name)
+    {
+        const int index = findPlot(name);
+        if (index < 0)
+            return reportNoPlot(name);
+        if (mLayout.getMaximized() < 0)
+            return false;
+        mLayout.minimize();
+        record("minimize_plot \"" + name + "\"");
         layoutChanged();
         return true;
     }
@@ -203,6 +225,7 @@ public:
     {
         mLogger.sendMsg(severity, text);
     }
+    void analogPlotVirtualRecordUserCommand(cPlotWidgetCommon*, const std::string& text) override { record(text); }
 
 protected:
     explicit cMultiPlotCommon(const cVxLogger& logger) : mLogger(logger) {}
