@@ -221,10 +221,9 @@ public:
     {
         return mSync.checkIfXAxisShouldBeUnzoomed(plot);
     }
-    void analogPlotVirtualStatusBarMessage(unsigned severity, const std::string& text) override
-    {
-        mLogger.sendMsg(severity, text);
-    }
+    // The plots share the page's logger and have logged their message already; the status bar
+    // shows the log.
+    void analogPlotVirtualStatusBarMessage(unsigned, const std::string&) override {}
     void analogPlotVirtualRecordUserCommand(cPlotWidgetCommon*, const std::string& text) override { record(text); }
 
 protected:
