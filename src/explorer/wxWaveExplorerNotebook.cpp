@@ -122,8 +122,14 @@ bool wxWaveExplorerNotebook::addPlot(const std::string& name, const std::string&
             return false;
     }
     page.widget->setObjectName(QString::fromStdString("page_" + name));
-    if (page.analog)
-        page.analog->setCommandRecorder(mRecordUserCommand);
+    if (wxMultiPlotWidget* analog = page.analog) {
+        analog->setCommandRecorder(mRecordUserCommand);
+        // Plots split off by command or menu get a name of their own and the store for drops.
+        analog->setPlotCreatedHandler([this, analog](size_t index) {
+            if (index > 0 && index < analog->getNbOfPlots())
+                preparePlot(analog->plot(index), generatePlotName(analog->plot(index - 1).getPlotName()));
+        });
+    }
     mPages.push_back(page);
     const int tab = mTabs->addTab(page.widget, QString::fromStdString(name));
     if (page.analog)
@@ -206,11 +212,7 @@ bool wxWaveExplorerNotebook::splitPlot(const std::string& name, bool vertically)
     wxMultiPlotWidget* page = plot ? findPage(plot, &index) : nullptr;
     if (!page)
         return false;
-    const std::string plotName = plot->getPlotName();
-    if (!page->splitPlot(page->getPlotName(index), vertically))
-        return false;
-    preparePlot(page->plot(index + 1), generatePlotName(plotName));
-    return true;
+    return page->splitPlot(page->getPlotName(index), vertically);
 }
 
 bool wxWaveExplorerNotebook::maximizePlot(const std::string& name)

@@ -77,6 +77,8 @@ public:
     const cMultiPlotSync& getSync() const { return mSync; }
     cMultiPlotSync& getSync() { return mSync; }
     void setCommandRecorder(cCommandRecorder recorder) { mRecorder = std::move(recorder); }
+    // Told the index of each plot that a split made, so that its owner can name and equip it.
+    void setPlotCreatedHandler(std::function<void(size_t)> handler) { mPlotCreated = std::move(handler); }
 
     // --- curves --------------------------------------------------------------------------------
     // Adds curves to a plot and brings it into step with its group (its X range follows a zoomed
@@ -104,6 +106,8 @@ public:
         if (mNames.size() > static_cast<size_t>(index) + 1)
             mNames.insert(mNames.begin() + index + 1, std::string());
         mActive = static_cast<size_t>(index) + 1;
+        if (mPlotCreated)
+            mPlotCreated(mActive);
         record(std::string(vertically ? "split_vertically \"" : "split_horizontally \"") + name + "\"");
         layoutChanged();
         return true;
@@ -181,6 +185,21 @@ public:
         if (const int index = indexOf(plot); index >= 0)
             maximizePlot(getPlotName(static_cast<size_t>(index)));
     }
+    void analogPlotVirtualSplitWindow(cPlotWidgetCommon* plot, bool vertically) override
+    {
+        if (const int index = indexOf(plot); index >= 0)
+            splitPlot(getPlotName(static_cast<size_t>(index)), vertically);
+    }
+    bool analogPlotVirtualCheckIsMaximized(cPlotWidgetCommon* plot) override
+    {
+        return indexOf(plot) >= 0 && mLayout.getMaximized() == indexOf(plot);
+    }
+    void analogPlotVirtualCloseAllOtherChildWindows(cPlotWidgetCommon* plot) override
+    {
+        for (size_t i = mPlots.size(); i-- > 0;)
+            if (mPlots[i].get() != plot && mPlots.size() > 1)
+                closeWindow(i);
+    }
     void analogPlotVirtualCloseChildWindow(cPlotWidgetCommon* plot) override
     {
         if (const int index = indexOf(plot); index >= 0)
@@ -256,6 +275,7 @@ private:
     wxPlotPageLayout mLayout;
     cMultiPlotSync mSync;
     cCommandRecorder mRecorder;
+    std::function<void(size_t)> mPlotCreated;
 };
 
 }  // namespace vx3

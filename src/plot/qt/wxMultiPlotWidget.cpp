@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QImageWriter>
 #include <QPainter>
@@ -53,6 +54,15 @@ void wxMultiPlotWidget::resizeEvent(QResizeEvent* event)
 {
     qtVxWidget::resizeEvent(event);
     layoutChanged();
+}
+
+void wxMultiPlotWidget::analogPlotVirtualExportAsImage(cPlotWidgetCommon*)
+{
+    const QString file = QFileDialog::getSaveFileName(
+        this, "Export to Image", QString(),
+        "PNG (*.png);;JPEG (*.jpg *.jpeg);;Bitmap (*.bmp);;TIFF (*.tif *.tiff);;SVG (*.svg)");
+    if (!file.isEmpty())
+        exportImage(file.toStdString());
 }
 
 QImage wxMultiPlotWidget::paintPage(int width, int height)

@@ -31,6 +31,9 @@ public:
     bool exportImage(const std::string& fileName, int width = 0, int height = 0, int quality = -1,
                      const std::string& format = std::string());
 
+    // Asks for a file name, then writes the page ("Export to Image").
+    void analogPlotVirtualExportAsImage(cPlotWidgetCommon*) override;
+
 protected:
     std::unique_ptr<wxSinglePlotWidgetImpl> createPlot() override;
     void layoutChanged() override;
