@@ -76,11 +76,9 @@ void wxWaveExplorerNotebook::preparePlot(wxSinglePlotWidgetImpl& plot, const std
     plot.setObjectName(QString::fromStdString("plot_" + name));
     plot.setPlotName(name);
     plot.setStoreForDrops(mStore);
-    if (wxMultiPlotWidget* page = findPage(&plot, nullptr)) {
-        size_t index = 0;
-        findPage(&plot, &index);
+    size_t index = 0;
+    if (wxMultiPlotWidget* page = findPage(&plot, &index))
         page->setPlotName(index, name);
-    }
 }
 
 std::string wxWaveExplorerNotebook::generatePlotName(const std::string& base) const
