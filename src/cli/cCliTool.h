@@ -41,5 +41,7 @@ void addEvalSubcommands(cCliTool& tool);
 void addMeasureSubcommands(cCliTool& tool);
 // The subcommands of the analyses: fft, convolve.
 void addFftSubcommands(cCliTool& tool);
+// The subcommand that draws a page of curves into a picture: plot (cliPlot.cpp, the one with Qt).
+void addPlotSubcommands(cCliTool& tool);
 
 }  // namespace vx3

@@ -11,5 +11,6 @@ int main(int argc, char** argv)
     vx3::addEvalSubcommands(tool);
     vx3::addMeasureSubcommands(tool);
     vx3::addFftSubcommands(tool);
+    vx3::addPlotSubcommands(tool);
     return tool.run(argc, argv, std::cout, std::cerr);
 }

@@ -8,7 +8,6 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -18,7 +17,7 @@
 #include "base/sanitizerHandOver.h"
 #include "model/cCurvePlotDataFile.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
-#include "wxExplorerPlotPage.h"
+#include "wxWaveExplorerNotebook.h"
 #include "wxLogSink.h"
 #include "wxWaveExplorerBrowserTreeGrid.h"
 #include "wxWaveExplorerConfigurationDialog.h"
@@ -88,13 +87,8 @@ wxWaveExplorerWidgetImpl::wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplor
 wxWaveExplorerWidgetImpl::~wxWaveExplorerWidgetImpl()
 {
     mConfiguration.setChangeListener(nullptr);
-    // Plots refer to curves of the store, which goes before Qt deletes the plots with their parent.
-    for (auto& [name, plot] : mPlots) {
-        plot->clearSectionPtrsForDestructor();
-        plot->setPage(nullptr);
-        plot->setStoreForDrops(nullptr);
-    }
-    mPlots.clear();
+    // Plots refer to curves of the store, which goes before Qt deletes the pages with their parent.
+    mNotebook->releaseCurvesBeforeStoreCloses();
     mLogger.setLoggerCallBack(nullptr);
 }
 
@@ -107,16 +101,11 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
 
     mBrowser = new wxWaveExplorerBrowserTreeGrid(horizontal);
 
-    mPlotStack = new QStackedWidget(horizontal);
-    mPlotStack->setObjectName("plot_stack");
-    mPlotArea = new QLabel(mPlotStack);
-    mPlotArea->setObjectName("plot_area");
-    mPlotArea->setAlignment(Qt::AlignCenter);
-    mPlotArea->setText("No plot yet.\nOpen a file or add curves with commands.");
-    mPlotArea->setFrameShape(QFrame::StyledPanel);
-    mPlotStack->addWidget(mPlotArea);
+    mNotebook = new wxWaveExplorerNotebook(horizontal, mStore->getMutex(), mLogger,
+                                           [this](const std::string& text) { recordUserCommand(text); });
+    mNotebook->setStore(mStore.get());
     horizontal->addWidget(mBrowser);
-    horizontal->addWidget(mPlotStack);
+    horizontal->addWidget(mNotebook);
     horizontal->setStretchFactor(0, 1);
     horizontal->setStretchFactor(1, 3);
 
@@ -235,7 +224,7 @@ bool wxWaveExplorerWidgetImpl::getWidgetInfo(unsigned request, void*, void*& res
     case 6: return true;
     case 7: result = mStatusBar; return true;
     case 8: result = mBrowser; return true;
-    case 9: result = mPlotArea; return true;
+    case 9: result = mNotebook; return true;
     case 10: result = mLogPane; return true;
     default: return false;
     }

@@ -19,7 +19,6 @@
 class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
-class QStackedWidget;
 class QStatusBar;
 class QTimer;
 
@@ -33,7 +32,7 @@ class wxWaveExplorerConfiguration;
 class wxWaveExplorerConfigurationDialog;
 class wxWaveExplorerWidgetVirtual;
 class wxSinglePlotWidgetImpl;
-class wxExplorerPlotPage;
+class wxWaveExplorerNotebook;
 
 namespace waveExplorerEvent {
 enum : int {
@@ -113,6 +112,9 @@ private:
     int addCurveToPlotById(wxSinglePlotWidgetImpl& plot, uint64_t sectionId, uint64_t curveIndex, bool clear);
     int addDescriptionToPlot(wxSinglePlotWidgetImpl& plot, cCurvePlotDataSection* section, uint64_t curveIndex,
                              bool clear);
+    // The page commands: split, maximize, close, tabs, image export.
+    int performPageCommand(wxWaveExplorerCommand& command);
+    void recordUserCommand(const std::string& text);
 
     wxWaveExplorerConfiguration& mConfiguration;
     wxWaveExplorerWidgetVirtual* mOwner;
@@ -145,13 +147,8 @@ private:
     QPlainTextEdit* mLogPane = nullptr;
     QStatusBar* mStatusBar = nullptr;
     QProgressBar* mProgress = nullptr;
-    QLabel* mPlotArea = nullptr;
-    // The plots by name, in the order they were made; the stack shows one of them (or the label).
-    QStackedWidget* mPlotStack = nullptr;
-    std::vector<std::pair<std::string, wxSinglePlotWidgetImpl*>> mPlots;
-    // What the plots ask of their page (messages, the command log of user actions).
-    std::unique_ptr<wxExplorerPlotPage> mPlotPage;
-    wxExplorerPlotPage& plotPage();
+    // The tabs of plot pages.
+    wxWaveExplorerNotebook* mNotebook = nullptr;
     QTimer* mNotificationTimer = nullptr;
     wxWaveExplorerConfigurationDialog* mConfigurationDialog = nullptr;
     QTimer* mSaveConfigTimer = nullptr;

@@ -1,16 +1,14 @@
-// The commands that make plots and act on them: a plot per name in the plot area, curves added
-// by section and curve name, zoom, views and undo of the plot shown.
-#include <QLabel>
-#include <QStackedWidget>
-
+// The commands that make plots and act on them: plots by name on the pages of the notebook,
+// curves added by section and curve name, zoom, views and undo of the active plot.
 #include <limits>
 
+#include "app/core/wxWaveExplorerConfiguration.h"
 #include "base/cLoggedException.h"
 #include "model/cCurvePlotDataFile.h"
 #include "model/cCurvePlotDataSection.h"
 #include "plot/colourList.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
-#include "wxExplorerPlotPage.h"
+#include "wxWaveExplorerNotebook.h"
 #include "wxWaveExplorerWidgetImpl.h"
 
 namespace vx3 {
@@ -25,19 +23,16 @@ constexpr int not_a_plot_command = -1;
 
 wxSinglePlotWidgetImpl* wxWaveExplorerWidgetImpl::findPlot(const std::string& name) const
 {
-    for (const auto& [plotName, plot] : mPlots)
-        if (plotName == name)
-            return plot;
-    return nullptr;
+    return mNotebook->findPlot(name);
 }
 
 wxSinglePlotWidgetImpl* wxWaveExplorerWidgetImpl::findPlotOrLog(const std::string& name) const
 {
     if (name.empty()) {
-        auto* shown = dynamic_cast<wxSinglePlotWidgetImpl*>(mPlotStack ? mPlotStack->currentWidget() : nullptr);
-        if (!shown)
+        wxSinglePlotWidgetImpl* active = mNotebook->getActivePlot();
+        if (!active)
             mLogger.errorMsg("There is no plot to act on.");
-        return shown;
+        return active;
     }
     wxSinglePlotWidgetImpl* plot = findPlot(name);
     if (!plot)
@@ -99,33 +94,22 @@ int wxWaveExplorerWidgetImpl::addDescriptionToPlot(wxSinglePlotWidgetImpl& plot,
     description.style().realColour = description.style().imagColour =
         colourList::get_colour_from_list(plot.getNbOfCurves(), 255, 0).rgb();
     description.style().setAutomatic(true);
-    if (clear)
-        plot.clearCurves();
-    return plot.addToPlot(description) ? kOk : kFailed;
+    return mNotebook->addCurve(plot, description, clear) ? kOk : kFailed;
 }
 
-wxExplorerPlotPage& wxWaveExplorerWidgetImpl::plotPage()
+void wxWaveExplorerWidgetImpl::recordUserCommand(const std::string& text)
 {
-    if (!mPlotPage) {
-        wxExplorerPlotPage::cHandlers handlers;
-        // Status messages need no handler: the plots log through the explorer's logger, which
-        // already feeds the status bar and the log.
-        handlers.recordUserCommand = [this](const std::string& text) {
-            wxWaveExplorerAction action;
-            action.actionType = explorerCallBack::record_user_command;
-            action.pushStringArguments(text);
-            if (mOwner)
-                mOwner->waveExplorerVirtualCallBackAction(action);
-        };
-        handlers.numberOfPlots = [this] { return static_cast<unsigned>(mPlots.size()); };
-        mPlotPage = std::make_unique<wxExplorerPlotPage>(std::move(handlers));
-    }
-    return *mPlotPage;
+    wxWaveExplorerAction action;
+    action.actionType = explorerCallBack::record_user_command;
+    action.pushStringArguments(text);
+    if (mOwner)
+        mOwner->waveExplorerVirtualCallBackAction(action);
 }
 
 void wxWaveExplorerWidgetImpl::preparePlotsForStoreCommand(const wxWaveExplorerCommand& command)
 {
-    if (mPlots.empty())
+    const std::vector<wxSinglePlotWidgetImpl*> plots = mNotebook->getAllPlots();
+    if (plots.empty())
         return;
     cCurvePlotDataFile& store = *mStore;
     const std::string& name = command.getStringArgument(0);
@@ -146,7 +130,7 @@ void wxWaveExplorerWidgetImpl::preparePlotsForStoreCommand(const wxWaveExplorerC
         const cCurvePlotDataSection* section = index != cCurvePlotDataFile::npos ? store.getDataSectionFromIndex(index)
                                                                                 : store.getDataSectionFromName(name);
         if (section)
-            for (auto& [plotName, plot] : mPlots)
+            for (wxSinglePlotWidgetImpl* plot : plots)
                 plot->removeCurvesOfSection(section);
         break;
     }
@@ -158,14 +142,14 @@ void wxWaveExplorerWidgetImpl::preparePlotsForStoreCommand(const wxWaveExplorerC
         for (uint64_t i = 0; i < store.getNbOfDataSections(); ++i) {
             const cCurvePlotDataSection* section = store.getDataSectionFromIndex(i);
             if (section && (!file || section->getFile() == file))
-                for (auto& [plotName, plot] : mPlots)
+                for (wxSinglePlotWidgetImpl* plot : plots)
                     plot->removeCurvesOfSection(section);
         }
         break;
     }
     case cmd_reload_file:
         if (const cFileDbSupport* file = fileNamed())
-            for (auto& [plotName, plot] : mPlots)
+            for (wxSinglePlotWidgetImpl* plot : plots)
                 plot->releaseCurvesForReload(file);
         break;
     default:
@@ -177,7 +161,7 @@ void wxWaveExplorerWidgetImpl::updatePlotsAfterStoreCommand(const wxWaveExplorer
 {
     if (command.actionType != cmd_reload_file)
         return;
-    for (auto& [plotName, plot] : mPlots)
+    for (wxSinglePlotWidgetImpl* plot : mNotebook->getAllPlots())
         plot->reattachCurvesAfterReload(*mStore);
 }
 
@@ -186,18 +170,9 @@ int wxWaveExplorerWidgetImpl::performPlotCommand(wxWaveExplorerCommand& command)
     switch (command.actionType) {
     case cmd_add_plot: {
         const std::string& name = command.plotName;
-        if (name.empty() || findPlot(name)) {
-            mLogger.errorMsg("The plot window \"" + name + "\" already exists.");
+        if (!mNotebook->addPlot(name, command.plotType, command.getDoubleArgAsBool(0, true),
+                                command.getDoubleArgAsBool(1, false), mConfiguration.defaultWindowType))
             return kFailed;
-        }
-        // Every kind of plot page is an analog plot for now.
-        auto* plot = new wxSinglePlotWidgetImpl(mPlotStack, mStore->getMutex(), mLogger, &plotPage());
-        plot->setObjectName(QString::fromStdString("plot_" + name));
-        plot->setPlotName(name);
-        plot->setStoreForDrops(mStore.get());
-        mPlotStack->addWidget(plot);
-        mPlotStack->setCurrentWidget(plot);
-        mPlots.emplace_back(name, plot);
         command.pushReturnValue(name);
         return kOk;
     }
@@ -279,7 +254,7 @@ int wxWaveExplorerWidgetImpl::performPlotCommand(wxWaveExplorerCommand& command)
         return done ? kOk : kFailed;
     }
     default:
-        return not_a_plot_command;
+        return performPageCommand(command);
     }
 }
 

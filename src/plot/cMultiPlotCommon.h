@@ -57,6 +57,15 @@ public:
             text += (i ? " " : "") + names[i];
         record(text + "\"");
     }
+    // Names one plot without recording: the explorer keeps plot names unique over all pages.
+    void setPlotName(size_t index, const std::string& name)
+    {
+        if (index >= mPlots.size())
+            return;
+        if (mNames.size() < mPlots.size())
+            mNames.resize(mPlots.size());
+        mNames[index] = name;
+    }
     size_t getActiveIndex() const { return mActive; }
     PlotT& getActiveOrFirstWindow() { return *mPlots.at(mActive < mPlots.size() ? mActive : 0); }
     void setActiveWindow(size_t index)
@@ -68,6 +77,8 @@ public:
     const cMultiPlotSync& getSync() const { return mSync; }
     cMultiPlotSync& getSync() { return mSync; }
     void setCommandRecorder(cCommandRecorder recorder) { mRecorder = std::move(recorder); }
+    // Told the index of each plot that a split made, so that its owner can name and equip it.
+    void setPlotCreatedHandler(std::function<void(size_t)> handler) { mPlotCreated = std::move(handler); }
 
     // --- curves --------------------------------------------------------------------------------
     // Adds curves to a plot and brings it into step with its group (its X range follows a zoomed
@@ -95,6 +106,8 @@ public:
         if (mNames.size() > static_cast<size_t>(index) + 1)
             mNames.insert(mNames.begin() + index + 1, std::string());
         mActive = static_cast<size_t>(index) + 1;
+        if (mPlotCreated)
+            mPlotCreated(mActive);
         record(std::string(vertically ? "split_vertically \"" : "split_horizontally \"") + name + "\"");
         layoutChanged();
         return true;
@@ -110,6 +123,19 @@ public:
         else
             mLayout.maximize(static_cast<size_t>(index));
         record("maximize_plot \"" + name + "\"");
+        layoutChanged();
+        return true;
+    }
+    // Brings the plots back after a maximize; false (with no message) when nothing is maximized.
+    bool minimizePlot(const std::string& name)
+    {
+        const int index = findPlot(name);
+        if (index < 0)
+            return reportNoPlot(name);
+        if (mLayout.getMaximized() < 0)
+            return false;
+        mLayout.minimize();
+        record("minimize_plot \"" + name + "\"");
         layoutChanged();
         return true;
     }
@@ -159,6 +185,21 @@ public:
         if (const int index = indexOf(plot); index >= 0)
             maximizePlot(getPlotName(static_cast<size_t>(index)));
     }
+    void analogPlotVirtualSplitWindow(cPlotWidgetCommon* plot, bool vertically) override
+    {
+        if (const int index = indexOf(plot); index >= 0)
+            splitPlot(getPlotName(static_cast<size_t>(index)), vertically);
+    }
+    bool analogPlotVirtualCheckIsMaximized(cPlotWidgetCommon* plot) override
+    {
+        return indexOf(plot) >= 0 && mLayout.getMaximized() == indexOf(plot);
+    }
+    void analogPlotVirtualCloseAllOtherChildWindows(cPlotWidgetCommon* plot) override
+    {
+        for (size_t i = mPlots.size(); i-- > 0;)
+            if (mPlots[i].get() != plot && mPlots.size() > 1)
+                closeWindow(i);
+    }
     void analogPlotVirtualCloseChildWindow(cPlotWidgetCommon* plot) override
     {
         if (const int index = indexOf(plot); index >= 0)
@@ -199,10 +240,10 @@ public:
     {
         return mSync.checkIfXAxisShouldBeUnzoomed(plot);
     }
-    void analogPlotVirtualStatusBarMessage(unsigned severity, const std::string& text) override
-    {
-        mLogger.sendMsg(severity, text);
-    }
+    // The plots share the page's logger and have logged their message already; the status bar
+    // shows the log.
+    void analogPlotVirtualStatusBarMessage(unsigned, const std::string&) override {}
+    void analogPlotVirtualRecordUserCommand(cPlotWidgetCommon*, const std::string& text) override { record(text); }
 
 protected:
     explicit cMultiPlotCommon(const cVxLogger& logger) : mLogger(logger) {}
@@ -234,6 +275,7 @@ private:
     wxPlotPageLayout mLayout;
     cMultiPlotSync mSync;
     cCommandRecorder mRecorder;
+    std::function<void(size_t)> mPlotCreated;
 };
 
 }  // namespace vx3

@@ -1,5 +1,7 @@
 #include "plot/plotWindowType.h"
 
+#include <utility>
+
 namespace vx3 {
 namespace waveExplorerWidgetVirtual {
 
@@ -11,6 +13,20 @@ bool checkIsSmithGrid(int type)
 }
 
 }  // namespace waveExplorerWidgetVirtual
+
+int string_to_window_type(const std::string& word)
+{
+    using namespace waveExplorerWidgetVirtual;
+    static const std::pair<const char*, int> words[] = {
+        {"analog", analog_plot},         {"analog_synchronized", analog_synchronized_plot},
+        {"digital", digital_plot},       {"mixed", mixed_signal_plot},
+        {"mixed_signal", mixed_signal_plot}, {"stacked", stacked_plot},
+        {"polar", polar_coordinates_plot}};
+    for (const auto& [text, type] : words)
+        if (word == text)
+            return type;
+    return -1;
+}
 
 std::string gridTypeToFullName(int type)
 {

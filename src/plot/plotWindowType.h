@@ -26,6 +26,10 @@ bool checkIsSmithGrid(int type);
 
 }  // namespace waveExplorerWidgetVirtual
 
+// The page kind for a word of add_plot ("analog", "analog_synchronized", "digital", "mixed",
+// "stacked", "polar"), -1 for a word that names no plot page.
+int string_to_window_type(const std::string& word);
+
 // Empty text for a type that is not a grid (plot) type.
 std::string gridTypeToFullName(int type);
 std::string plotTypeToFullName(int type);

@@ -48,6 +48,10 @@ public:
     virtual void analogPlotVirtualMaximizeWindow(cPlotWidgetCommon*) {}
     virtual void analogPlotVirtualMinimizeWindow(cPlotWidgetCommon*) {}
     virtual void analogPlotVirtualMaximizeOrMinimizeWindow(cPlotWidgetCommon*) {}
+    // The plot's menu asks its page to split it, or to write the page as a picture.
+    virtual void analogPlotVirtualSplitWindow(cPlotWidgetCommon*, bool vertically) {}
+    virtual void analogPlotVirtualExportAsImage(cPlotWidgetCommon*) {}
+    virtual bool analogPlotVirtualCheckIsMaximized(cPlotWidgetCommon*) { return false; }
     virtual void analogPlotVirtualStyleChanged(cPlotWidgetCommon*) {}
     virtual void analogPlotVirtualCurveHighlighted(cPlotWidgetCommon*, const wxCurveDescription&) {}
     virtual void analogPlotVirtualCurveUnhighlighted(cPlotWidgetCommon*) {}

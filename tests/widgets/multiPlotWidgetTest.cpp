@@ -135,3 +135,29 @@ TEST(MultiPlotWidget, EachImageFormatIsWrittenAndRecognisedAndBadPathsGiveTheirM
     EXPECT_EQ(t.page.getNbOfPlots(), 2u);
     EXPECT_EQ(t.page.plot(0).getNbOfCurves(), 1u);
 }
+
+TEST(MultiPlotWidget, MenuSplitTellsTheOwnerAndCloseOthersKeepsTheChosenPlot)
+{
+    cRampPage t;
+    std::vector<size_t> created;
+    t.page.setPlotCreatedHandler([&](size_t index) { created.push_back(index); });
+    t.page.analogPlotVirtualSplitWindow(&t.page.plot(1), false);
+    ASSERT_EQ(t.page.getNbOfPlots(), 3u);
+    EXPECT_EQ(created, std::vector<size_t>{2});
+    EXPECT_EQ(t.page.getActiveIndex(), 2u);
+
+    wxSinglePlotWidgetImpl* kept = &t.page.plot(1);
+    EXPECT_FALSE(t.page.analogPlotVirtualCheckIsMaximized(kept));
+    t.page.analogPlotVirtualMaximizeOrMinimizeWindow(kept);
+    EXPECT_TRUE(t.page.analogPlotVirtualCheckIsMaximized(kept));
+    EXPECT_FALSE(t.page.analogPlotVirtualCheckIsMaximized(&t.page.plot(0)));
+
+    t.page.analogPlotVirtualCloseAllOtherChildWindows(kept);
+    ASSERT_EQ(t.page.getNbOfPlots(), 1u);
+    EXPECT_EQ(&t.page.plot(0), kept);
+    EXPECT_EQ(kept->getNbOfCurves(), 1u);
+    // What was maximized is the only plot now and fills the page.
+    const plotPageLayout::cPixelRect rect = t.page.getLayout().computeScreenPosition(0, 1200, 800);
+    EXPECT_EQ(rect.w, 1200);
+    EXPECT_EQ(rect.h, 800);
+}

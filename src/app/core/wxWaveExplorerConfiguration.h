@@ -210,6 +210,8 @@ public:
     bool nocliMode = false;
     bool loadAndSaveConfigFile = false;
     std::string toolbarButtonStyle = "classic";
+    // The page kind that add_plot makes for a type word it doesn't know (2: analog).
+    int defaultWindowType = 2;
 
     // An address-sized identity that a host can compare with check_instance_identifier.
     uint64_t getInstanceIdentifier() const { return reinterpret_cast<uintptr_t>(this); }

@@ -2,6 +2,8 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QFileDialog>
+#include <QGuiApplication>
 #include <QImageWriter>
 #include <QPainter>
 #include <QResizeEvent>
@@ -54,6 +56,15 @@ void wxMultiPlotWidget::resizeEvent(QResizeEvent* event)
     layoutChanged();
 }
 
+void wxMultiPlotWidget::analogPlotVirtualExportAsImage(cPlotWidgetCommon*)
+{
+    const QString file = QFileDialog::getSaveFileName(
+        this, "Export to Image", QString(),
+        "PNG (*.png);;JPEG (*.jpg *.jpeg);;Bitmap (*.bmp);;TIFF (*.tif *.tiff);;SVG (*.svg)");
+    if (!file.isEmpty())
+        exportImage(file.toStdString());
+}
+
 QImage wxMultiPlotWidget::paintPage(int width, int height)
 {
     QImage page(width, height, QImage::Format_RGB32);
@@ -74,7 +85,8 @@ QImage wxMultiPlotWidget::paintPage(int width, int height)
     return page;
 }
 
-bool wxMultiPlotWidget::exportImage(const std::string& fileName, int width, int height, int quality)
+bool wxMultiPlotWidget::exportImage(const std::string& fileName, int width, int height, int quality,
+                                    const std::string& format)
 {
     namespace fs = std::filesystem;
     const fs::path path(fileName);
@@ -84,7 +96,7 @@ bool wxMultiPlotWidget::exportImage(const std::string& fileName, int width, int 
         logger().errorMsg("The directory \"" + folder.string() + "\" doesn't exist.");
         return false;
     }
-    std::string suffix = path.extension().string();
+    std::string suffix = format.empty() ? path.extension().string() : "." + format;
     std::transform(suffix.begin(), suffix.end(), suffix.begin(), [](unsigned char c) { return std::tolower(c); });
     static const char* const raster[] = {".bmp", ".gif", ".jpeg", ".jpg", ".png", ".tif", ".tiff"};
     const bool isSvg = suffix == ".svg";
@@ -93,7 +105,10 @@ bool wxMultiPlotWidget::exportImage(const std::string& fileName, int width, int 
         return false;
     }
     if (width <= 0 || height <= 0) {
-        const bool shown = isVisible() && this->width() > 1 && this->height() > 1;
+        // Offscreen there is no screen the size would mean anything on: the fixed size makes
+        // pages of scripts and CI the same from run to run.
+        const bool headless = QGuiApplication::platformName() == QLatin1String("offscreen");
+        const bool shown = !headless && isVisible() && this->width() > 1 && this->height() > 1;
         width = shown ? this->width() : multiPlotWidget::headless_export_width;
         height = shown ? this->height() : multiPlotWidget::headless_export_height;
     }

@@ -27,7 +27,12 @@ public:
     // Writes the page by the file's suffix (.png .jpg .jpeg .bmp .tif .tiff .gif .svg). A size of 0
     // takes the widget's size, or the headless size when the widget was never shown. False with
     // the message when the folder is missing, the suffix unknown or the file can't be written.
-    bool exportImage(const std::string& fileName, int width = 0, int height = 0, int quality = -1);
+    // A format given ("png", "svg", ...) is written whatever the suffix says.
+    bool exportImage(const std::string& fileName, int width = 0, int height = 0, int quality = -1,
+                     const std::string& format = std::string());
+
+    // Asks for a file name, then writes the page ("Export to Image").
+    void analogPlotVirtualExportAsImage(cPlotWidgetCommon*) override;
 
 protected:
     std::unique_ptr<wxSinglePlotWidgetImpl> createPlot() override;

@@ -1,5 +1,6 @@
 // The plot's context menu: zoom box forms, views, the edit entries, selected curves and the
 // window, in groups. Entries whose owners are not there (rulers, annotations) stay disabled.
+#include <functional>
 #include <QContextMenuEvent>
 #include <QMenu>
 
@@ -118,8 +119,24 @@ QMenu* wxSinglePlotWidgetImpl::createMainContextMenu(QWidget* parent)
 
     // The plot window.
     menu->addSeparator();
-    QAction* closeOthers = menu->addAction("Close Other Plots");
     wxAnalogPlotVirtual* page = getPage();
+    // Page actions go through the page, so that recording and naming happen in one place.
+    auto pageAction = [this, menu](const char* text, std::function<void(wxAnalogPlotVirtual&)> act) {
+        QAction* action = menu->addAction(QString::fromUtf8(text));
+        action->setEnabled(getPage() != nullptr);
+        connect(action, &QAction::triggered, this, [this, act] {
+            if (wxAnalogPlotVirtual* owner = getPage())
+                act(*owner);
+        });
+    };
+    pageAction("Split Page Vertically", [this](wxAnalogPlotVirtual& owner) { owner.analogPlotVirtualSplitWindow(this, true); });
+    pageAction("Split Page Horizontally",
+               [this](wxAnalogPlotVirtual& owner) { owner.analogPlotVirtualSplitWindow(this, false); });
+    const bool maximized = page && page->analogPlotVirtualCheckIsMaximized(this);
+    pageAction(maximized ? "Minimize" : "Maximize",
+               [this](wxAnalogPlotVirtual& owner) { owner.analogPlotVirtualMaximizeOrMinimizeWindow(this); });
+    pageAction("Export to Image", [this](wxAnalogPlotVirtual& owner) { owner.analogPlotVirtualExportAsImage(this); });
+    QAction* closeOthers = menu->addAction("Close Other Plots");
     closeOthers->setEnabled(page && page->analogPlotVirtualGetNumberOfPlotWindows() > 1);
     connect(closeOthers, &QAction::triggered, this, [this] {
         if (wxAnalogPlotVirtual* owner = getPage())
