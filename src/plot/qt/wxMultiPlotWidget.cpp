@@ -17,6 +17,11 @@ wxMultiPlotWidget::wxMultiPlotWidget(QWidget* parent, cVxMutex& dataMutex, const
     layoutChanged();
 }
 
+wxMultiPlotWidget::wxMultiPlotWidget(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger, cDeferFirstPlot)
+    : qtVxWidget(parent), cMultiPlotCommon<wxSinglePlotWidgetImpl>(logger), mDataMutex(dataMutex)
+{
+}
+
 // The plots go with the page logic, before the widget they are children of.
 wxMultiPlotWidget::~wxMultiPlotWidget() = default;
 

@@ -30,6 +30,11 @@ public:
     bool exportImage(const std::string& fileName, int width = 0, int height = 0, int quality = -1);
 
 protected:
+    // For pages whose plots are of another kind: the derived page makes the first plot itself
+    // (createFirstPlot, then layoutChanged), once its createPlot can run.
+    struct cDeferFirstPlot {};
+    wxMultiPlotWidget(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger, cDeferFirstPlot);
+    cVxMutex& dataMutex() { return mDataMutex; }
     std::unique_ptr<wxSinglePlotWidgetImpl> createPlot() override;
     void layoutChanged() override;
     void plotsChanged() override;
