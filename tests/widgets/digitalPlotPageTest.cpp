@@ -106,9 +106,9 @@ void keep(const QImage& image, const std::string& name)
         image.save(QString::fromStdString(std::string(folder) + "/" + name + ".png"));
 }
 
-// Every row of a plot of rows that shows a bit, checked in each column away from its changes
-// against the oracle's states; returns the number of columns checked.
-int checkBitRows(const QImage& image, wxDigitalRowsPlot& plot, int plotTop, const cDump& dump)
+// Every row of a plot of rows that shows a bit within the canvas, checked in each column away from
+// its changes against the oracle's states; returns the number of columns checked.
+int checkBitRows(const QImage& image, wxDigitalRowsPlot& plot, int plotTop, int plotHeight, const cDump& dump)
 {
     const singlePlotWidgetImpl::cPlotLook& look = plot.getLook();
     const wxSinglePlotWidgetAxis& x = plot.xAxis();
@@ -123,6 +123,8 @@ int checkBitRows(const QImage& image, wxDigitalRowsPlot& plot, int plotTop, cons
         // The band with a pixel either side: the levels lie just inside it.
         const int top = plotTop + look.topMargin + int(row.position - plot.rows().getScrollOffset()) - 1;
         const int bottom = top + int(row.height) + 2;
+        if (bottom > plotTop + plotHeight - look.bottomMargin)
+            continue;  // scrolled out of the canvas
         const auto& changes = dump.oracle.changes.at(name);
         for (int column = int(x.getPixelOfMin()) + 1; column < look.leftMargin + 1 + int(x.toInt(x.getMax()) -
                                                            x.getPixelOfMin()) - 1 && column < kWidth - look.rightMargin;
@@ -161,7 +163,7 @@ TEST(DigitalPlotPage, BusOpensIntoBitsThatMatchTheDumpAndClosesToTheSamePicture)
 
     const QImage closed = page.paintPage(kWidth, kHeight);
     keep(closed, "digital_closed");
-    EXPECT_GT(checkBitRows(closed, rows, 0, dump), 500);
+    EXPECT_GT(checkBitRows(closed, rows, 0, kHeight, dump), 500);
     // The closed bus: a crossing at the middle of its band at each change of value.
     {
         const auto& bus = rows.rows().row(1);
@@ -181,7 +183,7 @@ TEST(DigitalPlotPage, BusOpensIntoBitsThatMatchTheDumpAndClosesToTheSamePicture)
     const QImage open = page.paintPage(kWidth, kHeight);
     keep(open, "digital_open");
     // Eight bit rows more than before, each column of each bit as the dump says.
-    EXPECT_GT(checkBitRows(open, rows, 0, dump), 9 * 500);
+    EXPECT_GT(checkBitRows(open, rows, 0, kHeight, dump), 9 * 500);
     EXPECT_EQ(rows.rows().row(2).name, "top.count[7]");
 
     ASSERT_TRUE(rows.collapseBus(1));
@@ -211,8 +213,8 @@ TEST(DigitalPlotPage, PlotsOfAPageStayInStepWhenOneZooms)
     }
     const QImage zoomed = page.paintPage(kWidth, kHeight);
     keep(zoomed, "digital_zoomed");
-    EXPECT_GT(checkBitRows(zoomed, page.rows(0), 0, dump), 2 * 500);
-    EXPECT_GT(checkBitRows(zoomed, page.rows(1), kHeight / 2, dump), 8 * 500);
+    EXPECT_GT(checkBitRows(zoomed, page.rows(0), 0, kHeight / 2, dump), 2 * 500);
+    EXPECT_GT(checkBitRows(zoomed, page.rows(1), kHeight / 2, kHeight / 2, dump), 8 * 500);
     // Synchronisation off: a zoom stays in its plot.
     page.setSynchronized(false);
     ASSERT_TRUE(page.plot(0).zoomToBoxCmd(0.0, 20e-9, 0.0, 1.0));
@@ -224,19 +226,33 @@ TEST(DigitalPlotPage, PlotsOfAPageStayInStepWhenOneZooms)
         x[i] = double(i) * 1e-9, y[i] = std::sin(double(i) / 10.0);
     cTestSection analog(dump.store, "tran", x);
     cMixedPlotPage mixed(nullptr, mutex, capture.logger);
-    ASSERT_TRUE(mixed.addMixedCurves({analog.describe(analog.addReal("vout", y)), dump.describe("clk"),
-                                      dump.describe("count")}));
+    ASSERT_TRUE(mixed.addMixedCurves({analog.describe(analog.addReal("vout", y)), dump.describe("clk")}));
     ASSERT_EQ(mixed.getNbOfPlots(), 2u);
     ASSERT_EQ(mixed.findRowsPlot(), 1);
     wxDigitalRowsPlot& rows = *mixed.rowsPlot(1);
-    ASSERT_TRUE(rows.expandBus(1));
+    const size_t group = rows.addGroup("counter");
+    ASSERT_TRUE(mixed.addMixedCurves({dump.describe("count")}));
+    rows.addSeparator("");
+    ASSERT_TRUE(mixed.addDigitalCurves({dump.describe("sig")}));
+    ASSERT_EQ(mixed.getNbOfPlots(), 2u);
+    ASSERT_TRUE(rows.expandBus(2));
     ASSERT_TRUE(mixed.plot(0).zoomToBoxCmd(t0, t1, -1.0, 1.0));
     const QImage picture = mixed.paintPage(kWidth, kHeight);
     keep(picture, "mixed");
     EXPECT_EQ(mixed.plot(0).getLook().leftMargin, rows.getLook().leftMargin);
     for (double t : {50e-9, 80e-9, 110e-9})
         EXPECT_NEAR(mixed.plot(0).xAxis().toInt(t), rows.xAxis().toInt(t), 0.5) << t;
-    EXPECT_GT(checkBitRows(picture, rows, kHeight / 2, dump), 9 * 500);
+    EXPECT_GT(checkBitRows(picture, rows, kHeight / 2, kHeight / 2, dump), 10 * 500);
+    // The closed group hides the bus and its bits; clk and sig are still where the dump says.
+    ASSERT_TRUE(rows.toggleRow(group));
+    const QImage closedGroup = mixed.paintPage(kWidth, kHeight);
+    keep(closedGroup, "mixed_group_closed");
+    std::vector<std::string> shown;
+    for (const auto& row : rows.rows().rows())
+        if (row.height > 0 && row.width > 0)
+            shown.push_back(row.name);
+    EXPECT_EQ(shown, (std::vector<std::string>{"top.clk", "top.sig"}));
+    EXPECT_GT(checkBitRows(closedGroup, rows, kHeight / 2, kHeight / 2, dump), 2 * 500);
     // One X axis with labels, under the rows; the trace above ends in a line.
     EXPECT_FALSE(mixed.plot(0).getLook().xAxisLabels);
     EXPECT_TRUE(rows.getLook().xAxisLabels);
