@@ -101,20 +101,28 @@ bool cDigitalPlotPageRows::removeRow(size_t index)
     return true;
 }
 
-void cDigitalPlotPageRows::curveRemoved(size_t curve)
+void cDigitalPlotPageRows::remapCurves(const std::vector<long>& newIndex)
 {
     std::vector<cRow> kept;
     for (cRow& row : mRows) {
-        const bool ofCurve = row.kind == digitalPlotPageRows::row_curve || row.kind == digitalPlotPageRows::row_bit;
-        if (ofCurve && row.curve == curve)
-            continue;
-        if (ofCurve && row.curve > curve)
-            --row.curve;
+        if (row.kind == digitalPlotPageRows::row_curve || row.kind == digitalPlotPageRows::row_bit) {
+            if (row.curve >= newIndex.size() || newIndex[row.curve] < 0)
+                continue;
+            row.curve = static_cast<size_t>(newIndex[row.curve]);
+        }
         kept.push_back(row);
     }
     mRows = std::move(kept);
     applyGroupVisibility();
     updateYPositions();
+}
+
+bool cDigitalPlotPageRows::checkShowsCurve(size_t curve) const
+{
+    return std::any_of(mRows.begin(), mRows.end(), [curve](const cRow& row) {
+        return (row.kind == digitalPlotPageRows::row_curve || row.kind == digitalPlotPageRows::row_bit) &&
+               row.curve == curve;
+    });
 }
 
 bool cDigitalPlotPageRows::expandBus(size_t index)

@@ -66,8 +66,11 @@ public:
     size_t addSeparator(const std::string& name);
     // Removes a row; a bus takes its bit rows along, a group heading leaves its members.
     bool removeRow(size_t index);
-    // The plot removed one of its curves: its rows go, and rows of later curves follow the index.
-    void curveRemoved(size_t curve);
+    // The plot's curves changed: a row of curve i shows curve newIndex[i] now, or goes with its
+    // bits when that is -1 (or i is past the list).
+    void remapCurves(const std::vector<long>& newIndex);
+    // Whether some curve or bit row shows the curve.
+    bool checkShowsCurve(size_t curve) const;
     void clear() { mRows.clear(); }
 
     // Opens a bus into one row per bit, most significant first, right under it. False for a row

@@ -126,11 +126,16 @@ TEST(DigitalPlotPageRows, GroupsHideTheirMembersUpToTheNextHeadingAndRowsAreFoun
     rows.setViewHeight(1000.0);
     EXPECT_FALSE(rows.scrollBy(10.0));
 
-    // The plot lost its curve 1 (the bus): its rows go and later curves are renumbered.
-    rows.curveRemoved(1);
+    // The plot lost its curve 1 (the bus) and its curves 0 and 2 traded places: the bus's rows
+    // go with its bits, the others follow their curves.
+    rows.remapCurves({1, -1, 0});
+    ASSERT_EQ(rows.size(), 4u);
     for (const auto& row : rows.rows())
         EXPECT_NE(row.name.substr(0, 4), "addr");
-    EXPECT_EQ(rows.row(rows.size() - 1).curve, 1u);
+    EXPECT_EQ(rows.row(1).curve, 1u);
+    EXPECT_EQ(rows.row(3).curve, 0u);
+    EXPECT_TRUE(rows.checkShowsCurve(0));
+    EXPECT_FALSE(rows.checkShowsCurve(2));
 }
 
 TEST(DigitalPlotPageRows, BitNamesAndRowRanges)

@@ -189,6 +189,25 @@ TEST(DigitalPlotPage, BusOpensIntoBitsThatMatchTheDumpAndClosesToTheSamePicture)
     ASSERT_TRUE(rows.collapseBus(1));
     const QImage again = page.paintPage(kWidth, kHeight);
     EXPECT_EQ(again, closed);
+
+    // Curves leaving and coming back by the plot's own doors (remove, undo): the rows follow, each
+    // row still naming the curve it draws.
+    auto rowsMatchCurves = [&] {
+        for (const auto& row : rows.rows().rows())
+            if (row.kind == digitalPlotPageRows::row_curve &&
+                rows.getCurves().at(row.curve).description().getName() != row.name)
+                return false;
+        return true;
+    };
+    ASSERT_TRUE(rows.removeFromPlot(0));
+    page.paintPage(kWidth, kHeight);
+    ASSERT_EQ(rows.rows().size(), 2u);
+    EXPECT_TRUE(rowsMatchCurves());
+    ASSERT_TRUE(rows.performUndoAction());
+    const QImage back = page.paintPage(kWidth, kHeight);
+    ASSERT_EQ(rows.rows().size(), 3u);
+    EXPECT_TRUE(rowsMatchCurves());
+    EXPECT_GT(checkBitRows(back, rows, 0, kHeight, dump), 2 * 500);
     EXPECT_EQ(joined(capture.log.messages), "");
 }
 

@@ -41,21 +41,36 @@ unsigned wxDigitalRowsPlot::computeLogicWidth(const wxCurveDescription& curve)
 
 bool wxDigitalRowsPlot::addRowCurves(const std::vector<wxCurveDescription>& curves)
 {
-    bool any = false;
-    for (const wxCurveDescription& curve : curves) {
-        if (!addToPlot(curve))
-            continue;
-        const std::vector<wxSinglePlotWidgetData>& shown = getCurves();
-        for (size_t i = shown.size(); i-- > 0;)
-            if (shown[i].checkIfPlotIsIdentical(curve)) {
-                mRows.addCurve(curve.getName(), i, computeLogicWidth(curve));
-                any = true;
-                break;
-            }
-    }
-    if (any)
-        rowsChanged();
-    return any;
+    if (!addToPlot(curves))
+        return false;
+    syncRowsWithCurves();
+    rowsChanged();
+    return true;
+}
+
+wxDigitalRowsPlot::cCurveKey wxDigitalRowsPlot::keyOf(const wxSinglePlotWidgetData& curve)
+{
+    const wxCurveDescription& d = curve.description();
+    return cCurveKey{d.getSection(), d.getCurveIndex(), d.postProcessState().sweepIndex, d.postProcessState().cutIndex};
+}
+
+void wxDigitalRowsPlot::syncRowsWithCurves()
+{
+    const std::vector<wxSinglePlotWidgetData>& curves = getCurves();
+    std::vector<cCurveKey> keys;
+    for (const wxSinglePlotWidgetData& curve : curves)
+        keys.push_back(keyOf(curve));
+    if (keys == mRowKeys)
+        return;
+    std::vector<long> newIndex(mRowKeys.size(), -1);
+    for (size_t i = 0; i < mRowKeys.size(); ++i)
+        if (const auto found = std::find(keys.begin(), keys.end(), mRowKeys[i]); found != keys.end())
+            newIndex[i] = found - keys.begin();
+    mRows.remapCurves(newIndex);
+    for (size_t i = 0; i < curves.size(); ++i)
+        if (!mRows.checkShowsCurve(i))
+            mRows.addCurve(curves[i].description().getName(), i, computeLogicWidth(curves[i].description()));
+    mRowKeys = std::move(keys);
 }
 
 size_t wxDigitalRowsPlot::addGroup(const std::string& name)
@@ -153,6 +168,7 @@ int wxDigitalRowsPlot::computeNamesWidth() const
 
 void wxDigitalRowsPlot::drawGrid(qtVxBufferedDrawContextInverted& context, double, double, double, double)
 {
+    syncRowsWithCurves();
     const double width = buffer().bitmap().getWidth(), height = buffer().bitmap().getHeight();
     const singlePlotWidgetImpl::cPlotLook& look = getLook();
     xAxis().computeAxesTicks(context, width);
@@ -182,6 +198,7 @@ void wxDigitalRowsPlot::drawGrid(qtVxBufferedDrawContextInverted& context, doubl
 
 void wxDigitalRowsPlot::drawCurves(qtVxBufferedDrawContextInverted& context, size_t first)
 {
+    syncRowsWithCurves();
     const double height = buffer().bitmap().getHeight();
     mRows.setViewHeight(height);
     const double offset = mRows.getScrollOffset();

@@ -26,7 +26,9 @@ public:
                       int windowType = waveExplorerWidgetVirtual::digital_plot);
 
     const cDigitalPlotPageRows& rows() const { return mRows; }
-    // Adds the curves to the plot and a row for each; false when none could be added.
+    // Adds the curves to the plot and a row for each; false when none could be added. Curves that
+    // reach the plot by other doors (a drop, an undo, a command) get their rows at the next paint,
+    // and rows of curves that left it go.
     bool addRowCurves(const std::vector<wxCurveDescription>& curves);
     size_t addGroup(const std::string& name);
     size_t addSeparator(const std::string& name);
@@ -49,12 +51,23 @@ protected:
     void onWheel(double x, double y, double steps, int modifiers) override;
 
 private:
+    // The rows follow the plot's curves: by identity of curve, not by place in the list.
+    void syncRowsWithCurves();
     void rowsChanged();
     void drawRow(qtVxBufferedDrawContextInverted& context, const digitalPlotPageRows::cRow& row, double bandLow,
                  double bandHigh);
     std::string rowText(const digitalPlotPageRows::cRow& row) const;
 
     cDigitalPlotPageRows mRows;
+    // The curves the rows were made for, in the plot's order then.
+    struct cCurveKey {
+        const void* section;
+        uint64_t curve;
+        unsigned sweep, cut;
+        bool operator==(const cCurveKey&) const = default;
+    };
+    static cCurveKey keyOf(const wxSinglePlotWidgetData& curve);
+    std::vector<cCurveKey> mRowKeys;
     wxPlotDrawerColBuffer mRowColBuffer;
 };
 
