@@ -4,6 +4,7 @@
 // cPlotWidgetCommon); the derived page creates plots and places them on screen.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -83,7 +84,7 @@ public:
     // --- curves --------------------------------------------------------------------------------
     // Adds curves to a plot and brings it into step with its group (its X range follows a zoomed
     // group, a first curve of an unzoomed group widens the shared default box).
-    bool addCurves(size_t index, const std::vector<wxCurveDescription>& curves)
+    virtual bool addCurves(size_t index, const std::vector<wxCurveDescription>& curves)
     {
         if (index >= mPlots.size())
             return reportNoPlot(std::to_string(index + 1));
@@ -249,6 +250,29 @@ protected:
     explicit cMultiPlotCommon(const cVxLogger& logger) : mLogger(logger) {}
     // The derived page makes the first plot once it is itself complete.
     void createFirstPlot() { mPlots.push_back(createPlot()); }
+    // A new plot after the last one, in a cell split from the last cell; pages that arrange their
+    // cells themselves (stacked pages) rearrange them afterwards.
+    PlotT& appendPlot()
+    {
+        mLayout.split(mPlots.size() - 1, true);
+        mPlots.push_back(createPlot());
+        return *mPlots.back();
+    }
+    wxPlotPageLayout& pageLayout() { return mLayout; }
+    // Two plots trade places (and names); the cells stay where they are.
+    bool swapPlots(size_t a, size_t b)
+    {
+        if (a >= mPlots.size() || b >= mPlots.size())
+            return false;
+        std::swap(mPlots[a], mPlots[b]);
+        if (mNames.size() <= std::max(a, b))
+            mNames.resize(std::max(a, b) + 1);
+        std::swap(mNames[a], mNames[b]);
+        if (mActive == a || mActive == b)
+            mActive = mActive == a ? b : a;
+        layoutChanged();
+        return true;
+    }
     virtual std::unique_ptr<PlotT> createPlot() = 0;
     // The plots' places changed (split, close, maximize).
     virtual void layoutChanged() {}

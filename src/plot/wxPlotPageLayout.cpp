@@ -70,6 +70,26 @@ bool wxPlotPageLayout::remove(size_t index)
     return true;
 }
 
+void wxPlotPageLayout::stack(const std::vector<double>& shares)
+{
+    if (shares.empty()) {
+        reset();
+        return;
+    }
+    double total = 0.0;
+    for (double share : shares)
+        total += share > 0.0 ? share : 1.0;
+    mCells.clear();
+    double y = 0.0;
+    for (double share : shares) {
+        const double h = (share > 0.0 ? share : 1.0) / total;
+        mCells.push_back(cCell{0.0, y, 1.0, h});
+        y += h;
+    }
+    if (mMaximized >= static_cast<int>(mCells.size()))
+        mMaximized = -1;
+}
+
 bool wxPlotPageLayout::maximize(size_t index)
 {
     if (index >= mCells.size())

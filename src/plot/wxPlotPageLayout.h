@@ -29,6 +29,9 @@ public:
     bool split(size_t index, bool vertically);
     // Removes a plot's cell and gives its room to a neighbour that shares a whole edge with it.
     bool remove(size_t index);
+    // One full-width row per share, top to bottom, each as high as its share of the total
+    // (stacked pages); shares that are not positive count as 1.
+    void stack(const std::vector<double>& shares);
     // Back to one cell.
     void reset() { mCells.assign(1, plotPageLayout::cCell{}); mMaximized = -1; }
     bool maximize(size_t index);

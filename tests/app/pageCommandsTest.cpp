@@ -179,7 +179,9 @@ TEST(pageCommands, MaximizeCloseAndPageKinds)
                                                     "close_plot p1_2\n"
                                                     "add_curve_to_plot_by_name p1_3 data ramp 0\n"
                                                     "export_page_as_png p1 side.png\n"
-                                                    "add_plot d digital\n"
+                                                    "add_plot d polar\n"
+                                                    "add_plot dg digital\n"
+                                                    "add_plot st stacked\n"
                                                     "add_plot w nonsense_kind\n"
                                                     "add_curve_to_plot_by_name d data ramp 0\n"
                                                     "close_plot w\n"
@@ -193,10 +195,12 @@ TEST(pageCommands, MaximizeCloseAndPageKinds)
     EXPECT_EQ(runsAt("side.png", 300), 1u);
     EXPECT_EQ(runsAt("side.png", 900), 1u);
     // A known kind without a page here is told; an unknown word quietly takes the default.
-    EXPECT_NE(log.find("The plot type \"digital\" has no page in this version; the default page is used."),
+    EXPECT_NE(log.find("The plot type \"polar\" has no page in this version; the default page is used."),
               std::string::npos)
         << log;
     EXPECT_EQ(log.find("nonsense_kind"), std::string::npos) << log;
+    EXPECT_EQ(log.find("\"digital\" has no page"), std::string::npos) << log;
+    EXPECT_EQ(log.find("\"stacked\" has no page"), std::string::npos) << log;
     // Closing the only plot of a page frees its name.
     EXPECT_EQ(log.find("The plot window \"w\" already exists."), std::string::npos) << log;
     EXPECT_EQ(log.find("was not found"), std::string::npos) << log;

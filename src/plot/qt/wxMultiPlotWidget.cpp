@@ -19,8 +19,83 @@ wxMultiPlotWidget::wxMultiPlotWidget(QWidget* parent, cVxMutex& dataMutex, const
     layoutChanged();
 }
 
-// The plots go with the page logic, before the widget they are children of.
-wxMultiPlotWidget::~wxMultiPlotWidget() = default;
+wxMultiPlotWidget::wxMultiPlotWidget(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger, cDeferFirstPlot)
+    : qtVxWidget(parent), cMultiPlotCommon<wxSinglePlotWidgetImpl>(logger), mDataMutex(dataMutex)
+{
+}
+
+// The plots go with the page logic, before the widget they are children of. A page that computes
+// on its thread stops it in its own destructor, while its executeTaskInThread still exists.
+wxMultiPlotWidget::~wxMultiPlotWidget() { stopPostProcessThread(); }
+
+bool wxMultiPlotWidget::startPostProcessThread(bool second)
+{
+    cVxScopedLock lock(mPostProcessMutex);
+    if (mPostProcessRunning)
+        return false;
+    // A run that ended but whose end was not taken yet is joined first.
+    mPostProcess.joinThread();
+    mPostProcess.setTask(second ? 1 : 0);
+    mPostProcessRunning = true;
+    ++mPostProcessRun;
+    if (!mPostProcess.createThread()) {
+        mPostProcessRunning = false;
+        logger().errorMsg("Post Processing: the thread could not be started.");
+        return false;
+    }
+    return true;
+}
+
+bool wxMultiPlotWidget::checkPostProcessThreadRunning() const
+{
+    cVxScopedLock lock(mPostProcessMutex);
+    return mPostProcessRunning;
+}
+
+void wxMultiPlotWidget::stopPostProcessThread()
+{
+    mPostProcess.joinThread();
+    cVxScopedLock lock(mPostProcessMutex);
+    mPostProcessRunning = false;
+}
+
+void wxMultiPlotWidget::runPostProcess()
+{
+    int task = 0;
+    uint64_t run = 0;
+    {
+        cVxScopedLock lock(mPostProcessMutex);
+        task = mPostProcess.getTask();
+        run = mPostProcessRun;
+    }
+    executeTaskInThread(task);
+    // Results reach the plots only on the main thread; a page gone by then drops the call.
+    QMetaObject::invokeMethod(this, [this, run] { postProcessThreadEnded(run); }, Qt::QueuedConnection);
+}
+
+void wxMultiPlotWidget::postProcessThreadEnded(uint64_t run)
+{
+    int task = 0;
+    {
+        cVxScopedLock lock(mPostProcessMutex);
+        if (!mPostProcessRunning || run != mPostProcessRun)
+            return;  // stopped: the results are not wanted
+    }
+    // The thread posted this as its last act: the join returns at once.
+    mPostProcess.joinThread();
+    {
+        cVxScopedLock lock(mPostProcessMutex);
+        mPostProcessRunning = false;
+        task = mPostProcess.getTask();
+    }
+    reloadAfterPostProcessIsComplete(task);
+}
+
+void wxMultiPlotWidget::reloadAfterPostProcessIsComplete(int)
+{
+    for (size_t i = 0; i < getNbOfPlots(); ++i)
+        plot(i).redrawAfterReload(true);
+}
 
 std::unique_ptr<wxSinglePlotWidgetImpl> wxMultiPlotWidget::createPlot()
 {

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <string>
 
+#include "base/cVxThread.h"
 #include "plot/cMultiPlotCommon.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "widgets/qtVxWidget.h"
@@ -34,14 +35,44 @@ public:
     // Asks for a file name, then writes the page ("Export to Image").
     void analogPlotVirtualExportAsImage(cPlotWidgetCommon*) override;
 
+    // --- post-processing on a thread of the page's own --------------------------------------
+    // Runs executeTaskInThread with task 1 (second) or 0 on the page's thread; false while a run
+    // is still going. When it ends, reloadAfterPostProcessIsComplete runs on the main thread.
+    bool startPostProcessThread(bool second);
+    bool checkPostProcessThreadRunning() const;
+    // Waits for a run to end; its results are not taken into the plots.
+    void stopPostProcessThread();
+    // On the page's thread: computes into the store under the data mutex; plots are not touched.
+    virtual void executeTaskInThread(int task) {}
+
 protected:
+    // For pages whose plots are of another kind: the derived page makes the first plot itself
+    // (createFirstPlot, then layoutChanged), once its createPlot can run.
+    struct cDeferFirstPlot {};
+    wxMultiPlotWidget(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger, cDeferFirstPlot);
+    cVxMutex& dataMutex() { return mDataMutex; }
     std::unique_ptr<wxSinglePlotWidgetImpl> createPlot() override;
     void layoutChanged() override;
     void plotsChanged() override;
     void resizeEvent(QResizeEvent* event) override;
+    // On the main thread after a run: every plot takes the new values as after a reload.
+    virtual void reloadAfterPostProcessIsComplete(int task);
 
 private:
+    // The launcher's target: reads the task under the mutex, runs it, posts the end.
+    struct cPostProcessRunner {
+        wxMultiPlotWidget* page;
+        void executeTaskInThread(int) { page->runPostProcess(); }
+    };
+    void runPostProcess();
+    void postProcessThreadEnded(uint64_t run);
+
     cVxMutex& mDataMutex;
+    cPostProcessRunner mRunner{this};
+    cVxThreadLauncher<cPostProcessRunner> mPostProcess{&mRunner, "postProcess"};
+    mutable cVxMutex mPostProcessMutex;
+    bool mPostProcessRunning = false;
+    uint64_t mPostProcessRun = 0;  // a stopped run's late end is told from the present run's
 };
 
 }  // namespace vx3

@@ -132,8 +132,11 @@ bool wxSinglePlotWidgetImpl::paint(int width, int height, double ratio)
     xAxis().computeAxesTicks(context, layout.xHigh);
     yAxis(0).computeAxesTicks(context, layout.yHigh);
     context.setPen(vxDrawContext::cVxPen{mLook.axisColour, 1, vxDrawContext::solid_pen});
-    qtVxAxisDrawing::draw(xAxis(), context, frame, computeXTitle());
-    qtVxAxisDrawing::draw(yAxis(0), context, frame, computeYTitle(0));
+    if (mLook.xAxisLabels)
+        qtVxAxisDrawing::draw(xAxis(), context, frame, computeXTitle());
+    else
+        context.drawLine(frame.left, frame.bottom, frame.right, frame.bottom);
+    drawLeftAxis(context, frame);
     // The top and right edges close the frame; a second axis stands on the right one.
     context.drawLine(frame.left, frame.top, frame.right, frame.top);
     context.drawLine(frame.right, frame.bottom, frame.right, frame.top);
@@ -177,10 +180,8 @@ void wxSinglePlotWidgetImpl::drawCurvesIntoBuffer()
     {
         cVxScopedTryLock lock(mDataMutex);
         if (lock.checkIsLocked()) {
-            const std::vector<wxSinglePlotWidgetData>& curves = getCurves();
-            for (size_t i = mBuffer.getCurvesPainted(); i < curves.size(); ++i)
-                drawCurve(context, curves[i]);
-            mBuffer.setCurvesPainted(curves.size());
+            drawCurves(context, mBuffer.getCurvesPainted());
+            mBuffer.setCurvesPainted(getCurves().size());
             mBuffer.setStatus(status_complete);
         } else if (mBuffer.getStatus() == status_bg) {
             // Cleared and gridded: the next paint adds the curves without clearing again.
@@ -188,6 +189,19 @@ void wxSinglePlotWidgetImpl::drawCurvesIntoBuffer()
         }
     }
     setAxesToBitmapOrigin(false);
+}
+
+void wxSinglePlotWidgetImpl::drawCurves(qtVxBufferedDrawContextInverted& context, size_t first)
+{
+    const std::vector<wxSinglePlotWidgetData>& curves = getCurves();
+    for (size_t i = first; i < curves.size(); ++i)
+        drawCurve(context, curves[i]);
+}
+
+void wxSinglePlotWidgetImpl::drawLeftAxis(qtVxBufferedDrawContextInverted& context,
+                                          const qtVxAxisDrawing::cAxisFrame& frame)
+{
+    qtVxAxisDrawing::draw(yAxis(0), context, frame, computeYTitle(0));
 }
 
 void wxSinglePlotWidgetImpl::drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0,

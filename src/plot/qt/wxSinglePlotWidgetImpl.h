@@ -10,6 +10,7 @@
 
 #include "base/cVxThread.h"
 #include "plot/cPlotWidgetCommon.h"
+#include "plot/qt/qtVxAxisDrawing.h"
 #include "plot/qt/wxPlotBuffer.h"
 #include "plot/wxPlotAutoScroll.h"
 #include "plot/wxPlotZoomBox.h"
@@ -44,6 +45,7 @@ struct cPlotLook {
     int bottomMargin = 44;  // room for the X labels and title
     int topMargin = 12;
     int rightMargin = 20;
+    bool xAxisLabels = true;  // false: the X axis is a line only (plots stacked over a shared axis)
 };
 }  // namespace singlePlotWidgetImpl
 
@@ -65,6 +67,7 @@ public:
     const QImage& getPicture() const { return mPicture.getImage(); }
     const wxPlotBuffer& getPlotBuffer() const { return mBuffer; }
     void setLook(const singlePlotWidgetImpl::cPlotLook& look);
+    const singlePlotWidgetImpl::cPlotLook& getLook() const { return mLook; }
     // Counters for tests and benchmarks: paints, and curves drawn into the bitmap.
     uint64_t getPaintCount() const { return mPaints; }
     uint64_t getCurveDrawCount() const { return mCurveDraws; }
@@ -133,6 +136,14 @@ protected:
     void plotRequestScroll(double dxPixels, double dyPixels) override;
     void plotStartTimer(int id, int milliseconds) override;
 
+    // --- what plots of other kinds (digital rows) draw differently ---------------------------
+    // The curves from index first on into the curves' bitmap, with the axes on the bitmap.
+    virtual void drawCurves(qtVxBufferedDrawContextInverted& context, size_t first);
+    virtual void drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0, double y1);
+    // The area left of the canvas: the Y axis with its labels and title.
+    virtual void drawLeftAxis(qtVxBufferedDrawContextInverted& context, const qtVxAxisDrawing::cAxisFrame& frame);
+    const wxPlotBuffer& buffer() const { return mBuffer; }
+
 private:
     // Interaction (wxSinglePlotWidgetImplMouse.cpp).
     void classifyMousePosition(double x, double y);
@@ -145,7 +156,6 @@ private:
 
     void updateLayout(int width, int height);
     void drawCurvesIntoBuffer();
-    void drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0, double y1);
     // Draws the shown parts of one curve over the strip the axes' update range names.
     void drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve);
     // One part of a complex curve alone, through its own single-valued conversion and pen.
