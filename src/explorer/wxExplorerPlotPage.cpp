@@ -19,4 +19,10 @@ void wxExplorerPlotPage::analogPlotVirtualRecordUserCommand(cPlotWidgetCommon*, 
         mHandlers.recordUserCommand(text);
 }
 
+void wxExplorerPlotPage::analogPlotVirtualSetCursorPositionText(cPlotWidgetCommon*, const std::string& text)
+{
+    if (mCursorPosition)
+        mCursorPosition(text);
+}
+
 }  // namespace vx3

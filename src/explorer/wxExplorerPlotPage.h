@@ -22,9 +22,16 @@ public:
     void analogPlotVirtualStatusBarMessage(unsigned severity, const std::string& text) override;
     unsigned analogPlotVirtualGetNumberOfPlotWindows() override;
     void analogPlotVirtualRecordUserCommand(cPlotWidgetCommon*, const std::string& text) override;
+    void analogPlotVirtualSetCursorPositionText(cPlotWidgetCommon*, const std::string& text) override;
+    // Where the mouse's position over a plot is shown.
+    void setCursorPositionHandler(std::function<void(const std::string&)> handler)
+    {
+        mCursorPosition = std::move(handler);
+    }
 
 private:
     cHandlers mHandlers;
+    std::function<void(const std::string&)> mCursorPosition;
 };
 
 }  // namespace vx3

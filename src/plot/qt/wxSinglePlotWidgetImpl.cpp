@@ -202,15 +202,46 @@ void wxSinglePlotWidgetImpl::drawGrid(qtVxBufferedDrawContextInverted& context, 
     const cVxPen fine{mLook.fineGridColour, 1, vxDrawContext::solid_pen};
     const cVxPen coarse{mLook.coarseGridColour, 1, vxDrawContext::solid_pen};
     const cVxPen zero{mLook.zeroLineColour, 1, vxDrawContext::solid_pen};
-    qtVxAxisDrawing::drawGridFine(xAxis(), true, context, frame, fine);
-    qtVxAxisDrawing::drawGridFine(yAxis(0), false, context, frame, fine);
-    qtVxAxisDrawing::drawGridCoarse(xAxis(), true, context, frame, coarse);
-    qtVxAxisDrawing::drawGridCoarse(yAxis(0), false, context, frame, coarse);
-    qtVxAxisDrawing::drawGridZero(yAxis(0), false, context, frame, zero);
+    const bool secondAxis = checkY1Active() && (y1FineGrid() || y1CoarseGrid() || y1ZeroLine());
+    if (secondAxis)
+        yAxis(1).computeAxesTicks(context, height);
+    // Fine lines first, so that coarser ones lie on top.
+    using namespace plotWidgetCommon;
+    const struct {
+        int flag;
+        const wxSinglePlotWidgetAxis* axis;
+        bool vertical;
+    } lines[] = {{x_fine_grid, &xAxis(), true},     {y0_fine_grid, &yAxis(0), false},
+                 {y1_fine_grid, &yAxis(1), false},  {x_coarse_grid, &xAxis(), true},
+                 {y0_coarse_grid, &yAxis(0), false}, {y1_coarse_grid, &yAxis(1), false},
+                 {x_zero_line, &xAxis(), true},     {y0_zero_line, &yAxis(0), false},
+                 {y1_zero_line, &yAxis(1), false}};
+    for (const auto& line : lines) {
+        if (!checkGridFlag(line.flag) || (line.axis == &yAxis(1) && !secondAxis))
+            continue;
+        if (line.flag <= y1_zero_line)
+            qtVxAxisDrawing::drawGridZero(*line.axis, line.vertical, context, frame, zero);
+        else if (line.flag <= y1_coarse_grid)
+            qtVxAxisDrawing::drawGridCoarse(*line.axis, line.vertical, context, frame, coarse);
+        else
+            qtVxAxisDrawing::drawGridFine(*line.axis, line.vertical, context, frame, fine);
+    }
 }
 
 void wxSinglePlotWidgetImpl::drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve)
 {
+    if (curve.realHighlighted || curve.imagHighlighted) {
+        // A highlighted part stands out by a wider pen, two pixels over its own width.
+        wxSinglePlotWidgetData wide(curve);
+        wide.realHighlighted = wide.imagHighlighted = false;
+        wxCurveStyle& style = wide.description().style();
+        if (curve.realHighlighted)
+            style.realLineWidth = wxCurveStyle::clampLineWidth(style.realLineWidth + 2);
+        if (curve.imagHighlighted)
+            style.imagLineWidth = wxCurveStyle::clampLineWidth(style.imagLineWidth + 2);
+        drawCurve(context, wide);
+        return;
+    }
     ++mCurveDraws;
     const wxCurveDescription& description = curve.description();
     if (!curve.checkIsComplex()) {

@@ -99,8 +99,11 @@ public:
     bool zoomToBoxImpl();
     void enableMouseAutoScroll(bool enable, double x, double y);
     bool checkMouseAutoScrollEnabled() const { return mAutoScroll.checkIsEnabled(); }
-    // Escape: leaves a zoom box or auto scroll.
+    // Escape: leaves a zoom box, auto scroll or the ruler mode.
     void escapePressedAction();
+    // The ruler mode with the cursor at the mouse (the canvas's middle when the mouse is elsewhere):
+    // the next click sets the marker, the one after it the cursor. False on an empty plot.
+    bool activateRulersAtMouse();
     // The context menu for the mouse at the last position; the caller owns it.
     QMenu* createMainContextMenu(QWidget* parent);
     // A curve list (curve-list XML or plain text of it) added as one undo step; the reason of a
@@ -142,6 +145,12 @@ private:
     void drawZoomBoxImpl(QPainter& painter);
     void printDnDErrorMessage(bool fromClipboard, bool partly, const std::string& reason);
     QMimeData* createMimeDataOfSelectedCurves() const;
+    // The plot's name as recorded commands quote it.
+    std::string quotedName() const { return "\"" + mPlotName + "\""; }
+    // A left press on the canvas that may hit a curve: highlights it, or arms a drag of the
+    // highlighted curves; true when the press was used.
+    bool handleLeftDownOnCurve(bool shift, bool ctrl);
+    void startDragOperation();
 
     void updateLayout(int width, int height);
     void drawCurvesIntoBuffer();
@@ -173,6 +182,9 @@ private:
     int mMousePosition = 0;
     double mMouseX = 0.0, mMouseY = 0.0;  // plot pixels, y upwards
     bool mLeftDown = false;
+    // A press on a highlighted curve: a drag of the highlighted curves starts once the mouse moves.
+    bool mDragArmed = false;
+    double mPressX = 0.0, mPressY = 0.0;
     wxPlotZoomBox mZoomBox;
     wxPlotAutoScroll mAutoScroll;
     wxSinglePlotOverlay mOverlay;

@@ -112,9 +112,34 @@ QMenu* wxSinglePlotWidgetImpl::createMainContextMenu(QWidget* parent)
 
     // Rulers and annotations: their owners hook in here.
     menu->addSeparator();
-    for (const char* text : {"Remove All Cursors", "Remove M1 Marker", "Remove C1 Cursor", "Remove Annotations",
-                             "Make Annotations Permanent", "Add Annotation"})
-        menu->addAction(QString::fromUtf8(text))->setEnabled(false);
+    QAction* rulers = menu->addAction("Set Cursors");
+    rulers->setEnabled(!empty);
+    connect(rulers, &QAction::triggered, this, [this] { activateRulersAtMouse(); });
+    const bool anyRuler = mOverlay.marker().checkIsEnabled() || mOverlay.cursor().checkIsEnabled();
+    QAction* removeRulers = menu->addAction("Remove All Cursors");
+    removeRulers->setEnabled(anyRuler);
+    connect(removeRulers, &QAction::triggered, this, [this] {
+        mOverlay.clearRulers();
+        recordUserCommand("clear_cursors " + quotedName());
+        plotWidgetRedrawFrame();
+    });
+    for (const char* name : {"M1", "C1"}) {
+        QAction* remove = menu->addAction(QString::fromUtf8(name[0] == 'M' ? "Remove M1 Marker" : "Remove C1 Cursor"));
+        remove->setEnabled((name[0] == 'M' ? mOverlay.marker() : mOverlay.cursor()).checkIsEnabled());
+        const std::string ruler = name;
+        connect(remove, &QAction::triggered, this, [this, ruler] {
+            if (mOverlay.clearRuler(ruler))
+                recordUserCommand("reset_cursor " + quotedName() + " " + ruler);
+            plotWidgetRedrawFrame();
+        });
+    }
+    QAction* removeAnnotations = menu->addAction("Remove Annotations");
+    removeAnnotations->setEnabled(mOverlay.getNbAnnotations() > 0);
+    connect(removeAnnotations, &QAction::triggered, this, [this] {
+        mOverlay.clearAnnotations();
+        recordUserCommand("clear_annotations_in_plot " + quotedName());
+        plotWidgetRedrawFrame();
+    });
 
     // The plot window.
     menu->addSeparator();
