@@ -1,5 +1,6 @@
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 
+#include <QFontDatabase>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -23,6 +24,9 @@ wxSinglePlotWidgetImpl::wxSinglePlotWidgetImpl(QWidget* parent, cVxMutex& dataMu
 {
     mOverlay.setPage(page);
     mBuffer.setBackgroundColour(mLook.background);
+    // Bus values line up best in a fixed-pitch font, at the size of the plot's other texts.
+    mDigitalFont = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    mDigitalFont.setPointSizeF(font().pointSizeF() > 0.0 ? font().pointSizeF() : 9.0);
 }
 
 wxSinglePlotWidgetImpl::~wxSinglePlotWidgetImpl() = default;
@@ -190,6 +194,32 @@ void wxSinglePlotWidgetImpl::drawCurvesIntoBuffer()
     setAxesToBitmapOrigin(false);
 }
 
+plotCurveDrawing::cDrawOptions wxSinglePlotWidgetImpl::makeDrawOptions() const
+{
+    plotCurveDrawing::cDrawOptions options;
+    options.gridType = getWindowType();
+    options.digitalType = mDigitalType;
+    options.digitalFont = &mDigitalFont;
+    return options;
+}
+
+void wxSinglePlotWidgetImpl::setDigitalRadix(unsigned digitalType)
+{
+    // The radix forms only; the strength and port forms belong to single bits.
+    if (digitalType == mDigitalType || digitalType > derivedCurveFunction::octal_with_base)
+        return;
+    mDigitalType = digitalType;
+    plotRequestFullRedraw();
+}
+
+void wxSinglePlotWidgetImpl::setDigitalFont(const QFont& font)
+{
+    if (font == mDigitalFont)
+        return;
+    mDigitalFont = font;
+    plotRequestFullRedraw();
+}
+
 void wxSinglePlotWidgetImpl::drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0,
                                       double y1)
 {
@@ -246,7 +276,8 @@ void wxSinglePlotWidgetImpl::drawCurve(qtVxBufferedDrawContextInverted& context,
     const wxCurveDescription& description = curve.description();
     if (!curve.checkIsComplex()) {
         if (curve.checkRealPartShown())
-            drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer);
+            drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer, 0, UINT64_MAX,
+                                 makeDrawOptions());
         return;
     }
     // Both values of one two-valued conversion: one pass, the second value on its own axis.
@@ -254,9 +285,8 @@ void wxSinglePlotWidgetImpl::drawCurve(qtVxBufferedDrawContextInverted& context,
     if (curve.checkRealPartShown() && curve.checkImagPartShown() && curve.getImagConversion() == conversion &&
         derivedCurveFunction::checkConversionHasTwoValues(conversion) &&
         description.postProcessState().realConversion == conversion) {
-        plotCurveDrawing::cDrawOptions options;
+        plotCurveDrawing::cDrawOptions options = makeDrawOptions();
         options.imagYAxis = &yAxis(curve.getImagAxis());
-        options.gridType = getWindowType();
         drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer, 0, UINT64_MAX,
                              options);
         return;
@@ -282,14 +312,14 @@ void wxSinglePlotWidgetImpl::drawCurvePart(qtVxBufferedDrawContextInverted& cont
     const wxCurveDescription& description = curve.description();
     const wxSinglePlotWidgetAxis& axis = yAxis(imaginary ? curve.getImagAxis() : curve.getRealAxis());
     if (!imaginary && description.postProcessState().realConversion == conversion) {
-        drawCurveDescription(context, description, xAxis(), axis, mColBuffer);
+        drawCurveDescription(context, description, xAxis(), axis, mColBuffer, 0, UINT64_MAX, makeDrawOptions());
         return;
     }
     wxCurveDescription part(description);
     part.postProcessState().realConversion = conversion;
     if (imaginary)
         part.style().copyImagToRealStyle();  // the drawer draws a single value with the real pen
-    drawCurveDescription(context, part, xAxis(), axis, mColBuffer);
+    drawCurveDescription(context, part, xAxis(), axis, mColBuffer, 0, UINT64_MAX, makeDrawOptions());
 }
 
 std::string wxSinglePlotWidgetImpl::computeXTitle() const

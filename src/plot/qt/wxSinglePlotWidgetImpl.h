@@ -5,6 +5,7 @@
 // asks for another paint.
 #pragma once
 
+#include <QFont>
 #include <QImage>
 #include <cstdint>
 
@@ -14,6 +15,7 @@
 #include "plot/wxPlotAutoScroll.h"
 #include "plot/wxPlotZoomBox.h"
 #include "plot/wxSinglePlotOverlay.h"
+#include "plot/wxPlotCurveDrawing.h"
 #include "plot/wxPlotDrawerColBuffer.h"
 #include "widgets/cVxEventHandler.h"
 #include "widgets/qtVxBufferedDrawContext.h"
@@ -73,6 +75,12 @@ public:
     void plotWidgetRedrawFrame() { mBuffer.setCompleteBufferAxesRedrawRequired(); refresh(); }
     // The X and Y titles shown under and beside the axes.
     void setAxisTitles(const std::string& x, const std::string& y0);
+    // How bus values read (derivedCurveFunction::digital_data_type) and the font of the texts in
+    // their boxes; a change redraws the curves.
+    void setDigitalRadix(unsigned digitalType);
+    unsigned getDigitalRadix() const { return mDigitalType; }
+    void setDigitalFont(const QFont& font);
+    const QFont& getDigitalFont() const { return mDigitalFont; }
     // Legend, rulers and annotations, drawn over the curves' bitmap.
     wxSinglePlotOverlay& overlay() { return mOverlay; }
     const wxSinglePlotOverlay& overlay() const { return mOverlay; }
@@ -173,6 +181,10 @@ private:
     qtVxBitmap mPicture;
     wxPlotDrawerColBuffer mColBuffer;
     std::string mXTitle, mY0Title;
+    unsigned mDigitalType = 0;  // hexadecimal
+    QFont mDigitalFont;
+    // The options every curve of this plot is drawn with.
+    plotCurveDrawing::cDrawOptions makeDrawOptions() const;
     uint64_t mPaints = 0;
     uint64_t mCurveDraws = 0;
 

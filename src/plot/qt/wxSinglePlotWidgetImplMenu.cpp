@@ -1,8 +1,9 @@
 // The plot's context menu: zoom box forms, views, the edit entries, selected curves and the
-// window, in groups. Entries whose owners are not there (rulers, annotations) stay disabled.
+// window, in groups, with the rulers, annotations and the radix of bus values.
 #include <QContextMenuEvent>
 #include <QMenu>
 
+#include "model/derivedCurveFunction.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "plot/wxPlotMousePosition.h"
 
@@ -132,6 +133,14 @@ QMenu* wxSinglePlotWidgetImpl::createMainContextMenu(QWidget* parent)
                 recordUserCommand("reset_cursor " + quotedName() + " " + ruler);
             plotWidgetRedrawFrame();
         });
+    }
+    // How bus values read.
+    QMenu* radix = menu->addMenu("Radix");
+    for (unsigned type = derivedCurveFunction::hexadecimal; type <= derivedCurveFunction::octal; ++type) {
+        QAction* action = radix->addAction(QString::fromUtf8(derivedCurveFunction::digital_data_type_to_string(type)));
+        action->setCheckable(true);
+        action->setChecked(type == mDigitalType);
+        connect(action, &QAction::triggered, this, [this, type] { setDigitalRadix(type); });
     }
     QAction* removeAnnotations = menu->addAction("Remove Annotations");
     removeAnnotations->setEnabled(mOverlay.getNbAnnotations() > 0);

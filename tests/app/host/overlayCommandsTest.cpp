@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -18,7 +19,9 @@
 #include <string>
 #include <vector>
 
+#include "../../widgets/digitalDumpOracle.h"
 #include "model/cCurvePlotDataSection.h"
+#include "model/derivedCurveFunction.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "zelwave.h"
 
@@ -333,8 +336,20 @@ TEST(overlayCommands, RulerAndCurveClicksAreRecordedAndTheRecordingReplaysThem)
         // A click on curve v at x = 5 (value 0.8) highlights it.
         const vx3::wxSinglePlotWidgetXAxis& x = viewer.plot()->xAxis();
         const vx3::wxSinglePlotWidgetYAxis& y = viewer.plot()->yAxis(0);
-        click(QPoint(static_cast<int>(std::lround(x.toInt(5.0))),
-                     plot->height() - static_cast<int>(std::lround(y.toInt(0.8)))));
+        const QPoint onCurve(static_cast<int>(std::lround(x.toInt(5.0))),
+                             plot->height() - static_cast<int>(std::lround(y.toInt(0.8))));
+        // The status bar tells where the mouse is, to about a pixel.
+        QMouseEvent move(QEvent::MouseMove, QPointF(onCurve), QPointF(plot->mapToGlobal(onCurve)), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(plot, &move);
+        QLabel* position = static_cast<QWidget*>(viewer.handle())->findChild<QLabel*>("cursor_position");
+        ASSERT_NE(position, nullptr);
+        double readX = NAN, readY = NAN;
+        ASSERT_EQ(std::sscanf(position->text().toStdString().c_str(), "x = %lf y = %lf", &readX, &readY), 2)
+            << position->text().toStdString();
+        EXPECT_NEAR(readX, 5.0, 1.5 * std::fabs(x.getInverseScale()));
+        EXPECT_NEAR(readY, 0.8, 1.5 * std::fabs(y.getInverseScale()));
+        click(onCurve);
         EXPECT_TRUE(viewer.plot()->getCurves()[0].realHighlighted);
         ASSERT_EQ(viewer.run("unregister_command_file \"" + recording + "\""), vx_code_ok);
     }
@@ -351,6 +366,34 @@ TEST(overlayCommands, RulerAndCurveClicksAreRecordedAndTheRecordingReplaysThem)
     EXPECT_DOUBLE_EQ(replay.plot()->overlay().marker().getX(), marker);
     EXPECT_DOUBLE_EQ(replay.plot()->overlay().cursor().getX(), cursor);
     EXPECT_TRUE(replay.plot()->getCurves()[0].realHighlighted);
+}
+
+// A bus of a dump written by iverilog, drawn on the plot: its values read in the plot's radix.
+TEST(overlayCommands, BusValuesFollowThePlotsRadix)
+{
+    cScratch scratch;
+    zwtest::cDigitalDumpOracle oracle;
+    ASSERT_TRUE(oracle.write(scratch.path())) << "the oracle needs iverilog and vvp";
+    cViewer viewer;
+    ASSERT_NE(viewer.plot(), nullptr);
+    // Read at once or by a task, depending on the file's size.
+    const int opened = viewer.run("open_file \"" + scratch.path() + "/design.vcd\"");
+    ASSERT_TRUE(opened == vx_code_ok || opened == vx_code_queued);
+    ASSERT_TRUE(pumpUntil([&] { return viewer.run("get_status") != vx_code_queued; }));
+    ASSERT_EQ(viewer.run("get_section_name 1"), vx_code_ok);
+    const char** result = qt_zelwave_get_command_result(viewer.handle());
+    ASSERT_TRUE(result && *result);
+    const std::string section = *result;
+    ASSERT_EQ(viewer.run("clear_plot p"), vx_code_ok);
+    ASSERT_EQ(viewer.run("add_curve_to_plot_by_name p \"" + section + "\" \"top.count[7:0]\" 0"), vx_code_ok);
+    const QImage hexadecimal = viewer.picture();
+    viewer.plot()->setDigitalRadix(vx3::derivedCurveFunction::binary);
+    const QImage binary = viewer.picture();
+    EXPECT_NE(binary, hexadecimal) << "eight binary digits in place of two hexadecimal ones";
+    viewer.plot()->setDigitalRadix(vx3::derivedCurveFunction::binary_with_strength);
+    EXPECT_EQ(viewer.plot()->getDigitalRadix(), vx3::derivedCurveFunction::binary) << "not a radix of buses";
+    viewer.plot()->setDigitalRadix(vx3::derivedCurveFunction::hexadecimal);
+    EXPECT_EQ(viewer.picture(), hexadecimal);
 }
 
 // Legend, both rulers with readouts and annotations, all by commands: the picture is kept where
