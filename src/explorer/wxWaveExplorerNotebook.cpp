@@ -39,6 +39,14 @@ wxWaveExplorerNotebook::wxWaveExplorerNotebook(QWidget* parent, cVxMutex& dataMu
 
 wxWaveExplorerNotebook::~wxWaveExplorerNotebook() = default;
 
+void wxWaveExplorerNotebook::setCursorPositionTextHandler(std::function<void(const std::string&)> handler)
+{
+    mCursorPositionText = std::move(handler);
+    for (cPage& page : mPages)
+        if (page.analog)
+            page.analog->setCursorPositionTextHandler(mCursorPositionText);
+}
+
 void wxWaveExplorerNotebook::setStore(cCurvePlotDataFile* store)
 {
     mStore = store;
@@ -122,6 +130,7 @@ bool wxWaveExplorerNotebook::addPlot(const std::string& name, const std::string&
     page.widget->setObjectName(QString::fromStdString("page_" + name));
     if (wxMultiPlotWidget* analog = page.analog) {
         analog->setCommandRecorder(mRecordUserCommand);
+        analog->setCursorPositionTextHandler(mCursorPositionText);
         // Plots split off by command or menu get a name of their own and the store for drops.
         analog->setPlotCreatedHandler([this, analog](size_t index) {
             if (index > 0 && index < analog->getNbOfPlots())

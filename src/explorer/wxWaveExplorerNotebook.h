@@ -31,6 +31,8 @@ public:
                            std::function<void(const std::string&)> recordUserCommand);
     ~wxWaveExplorerNotebook() override;
 
+    // Where the mouse's position over any plot is shown; pages made later get it too.
+    void setCursorPositionTextHandler(std::function<void(const std::string&)> handler);
     // The store whose curves dropped curve lists name; plots made later get it too.
     void setStore(cCurvePlotDataFile* store);
     // Plots refer to curves of the store: they let go of them before the store goes.
@@ -87,6 +89,7 @@ private:
     cVxMutex& mDataMutex;
     const cVxLogger& mLogger;
     std::function<void(const std::string&)> mRecordUserCommand;
+    std::function<void(const std::string&)> mCursorPositionText;
     cCurvePlotDataFile* mStore = nullptr;
     QTabWidget* mTabs = nullptr;
     QLabel* mPlaceholder = nullptr;

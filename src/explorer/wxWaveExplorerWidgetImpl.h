@@ -100,6 +100,13 @@ private:
     void retryLoadingConfiguration();
     // The commands that act on plots; not_a_plot_command for the others.
     int performPlotCommand(wxWaveExplorerCommand& command);
+    // Rulers, legend, annotations, highlighting and grid lines (wxWaveExplorerWidgetImplOverlay.cpp);
+    // -1 for the other commands.
+    int executeOverlayCommand(wxWaveExplorerCommand& command);
+    void applyOverlayOptions(wxSinglePlotWidgetImpl& plot) const;
+    cCurvePlotDataSection* findSectionForOverlay(const std::string& name) const;
+    int findCurveInPlot(const wxSinglePlotWidgetImpl& plot, const cCurvePlotDataSection* section, uint64_t curveIndex) const;
+    int findCommandCurveInPlot(const wxWaveExplorerCommand& command, const wxSinglePlotWidgetImpl& plot, bool byId) const;
     // Store commands that close or reload files: plots let go of the curves before, and find
     // them again after.
     void preparePlotsForStoreCommand(const wxWaveExplorerCommand& command);

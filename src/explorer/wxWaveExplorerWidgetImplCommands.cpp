@@ -140,6 +140,8 @@ int wxWaveExplorerWidgetImpl::performToolWindowCommand(wxWaveExplorerCommand& co
 
 int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, bool)
 {
+    if (const int overlay = executeOverlayCommand(command); overlay >= 0)
+        return overlay;
     if (cCommandTable::checkIsOption(command.actionType))
         return performOption(command);
     switch (command.actionType) {

@@ -78,6 +78,11 @@ public:
     const cMultiPlotSync& getSync() const { return mSync; }
     cMultiPlotSync& getSync() { return mSync; }
     void setCommandRecorder(cCommandRecorder recorder) { mRecorder = std::move(recorder); }
+    // Where the mouse's position over a plot of the page is shown.
+    void setCursorPositionTextHandler(std::function<void(const std::string&)> handler)
+    {
+        mCursorPositionText = std::move(handler);
+    }
     // Told the index of each plot that a split made, so that its owner can name and equip it.
     void setPlotCreatedHandler(std::function<void(size_t)> handler) { mPlotCreated = std::move(handler); }
 
@@ -244,6 +249,11 @@ public:
     // The plots share the page's logger and have logged their message already; the status bar
     // shows the log.
     void analogPlotVirtualStatusBarMessage(unsigned, const std::string&) override {}
+    void analogPlotVirtualSetCursorPositionText(cPlotWidgetCommon*, const std::string& text) override
+    {
+        if (mCursorPositionText)
+            mCursorPositionText(text);
+    }
     void analogPlotVirtualRecordUserCommand(cPlotWidgetCommon*, const std::string& text) override { record(text); }
 
 protected:
@@ -300,6 +310,7 @@ private:
     cMultiPlotSync mSync;
     cCommandRecorder mRecorder;
     std::function<void(size_t)> mPlotCreated;
+    std::function<void(const std::string&)> mCursorPositionText;
 };
 
 }  // namespace vx3

@@ -70,6 +70,21 @@ enum scheduled_operation_type : int {
 enum timer_id : int { timer_scheduled_operation = 4, timer_sliding_window_pause = 5 };
 constexpr int scheduled_operation_delay_ms = 30;
 
+// The nine grid flags of a plot, in this order: zero lines, coarse lines, fine lines, each for
+// x, y0 and y1.
+enum grid_flag : int {
+    x_zero_line = 0,
+    y0_zero_line = 1,
+    y1_zero_line = 2,
+    x_coarse_grid = 3,
+    y0_coarse_grid = 4,
+    y1_coarse_grid = 5,
+    x_fine_grid = 6,
+    y0_fine_grid = 7,
+    y1_fine_grid = 8,
+    nb_grid_flags = 9,
+};
+
 constexpr double smallest_zoom_range = 1e-40;
 constexpr double largest_zoom_value = 1e+100;
 
@@ -192,6 +207,30 @@ public:
     // The fixed point of zooms: kind 0 = the mouse is not over the plot (canvas centre).
     void setMousePosition(int kind, double x, double y);
 
+    // --- grid, highlighting, position readout (cPlotWidgetCommonGrid.cpp) -----------------------
+    // One of plotWidgetCommon::grid_flag; a change redraws the curves' bitmap.
+    bool setGridFlag(int flag, bool on);
+    bool checkGridFlag(int flag) const { return flag >= 0 && flag < plotWidgetCommon::nb_grid_flags && mGridFlags[flag]; }
+    bool xZeroLine() const { return checkGridFlag(plotWidgetCommon::x_zero_line); }
+    bool y0ZeroLine() const { return checkGridFlag(plotWidgetCommon::y0_zero_line); }
+    bool y1ZeroLine() const { return checkGridFlag(plotWidgetCommon::y1_zero_line); }
+    bool xCoarseGrid() const { return checkGridFlag(plotWidgetCommon::x_coarse_grid); }
+    bool y0CoarseGrid() const { return checkGridFlag(plotWidgetCommon::y0_coarse_grid); }
+    bool y1CoarseGrid() const { return checkGridFlag(plotWidgetCommon::y1_coarse_grid); }
+    bool xFineGrid() const { return checkGridFlag(plotWidgetCommon::x_fine_grid); }
+    bool y0FineGrid() const { return checkGridFlag(plotWidgetCommon::y0_fine_grid); }
+    bool y1FineGrid() const { return checkGridFlag(plotWidgetCommon::y1_fine_grid); }
+    // All nine as a text of '0' and '1' in flag order, and back; false (nothing changed) for a
+    // text of another form.
+    std::string getGridFlagsAsString() const;
+    bool setGridFlagsFromString(const std::string& flags);
+    // Highlights part imaginary of curve index; clearOthers drops every other highlight first.
+    // Returns whether anything changed.
+    bool setCurveHighlighted(size_t index, bool imaginary, bool on, bool clearOthers);
+    bool clearHighlightingAll();
+    // "x = ..., y = ..." for canvas pixel (x, y), "y1 = " and "y2 = " with a second Y axis.
+    std::string makeCursorPositionText(double x, double y) const;
+
     // --- sliding window of growing curves ------------------------------------------------------
     void defineSlidingWindow(double width, double pauseSeconds);
     void removeSlidingWindow() { mSlidingWindowDefined = false; }
@@ -257,6 +296,7 @@ private:
     bool mUnzoomed = true;
     int mMouseKind = 0;
     double mMouseX = 0.0, mMouseY = 0.0;
+    bool mGridFlags[plotWidgetCommon::nb_grid_flags] = {false, true, false, true, true, false, true, true, false};
     // What went wrong with the last insertion, beyond the undo buffer's flags.
     bool mRefusedDataType = false;
     bool mRefusedMaxCurves = false;

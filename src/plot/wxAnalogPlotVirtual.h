@@ -39,6 +39,8 @@ public:
     virtual void analogPlotVirtualLogProgress(const std::string& text, int percent) {}
     virtual unsigned analogPlotVirtualGetNumberOfPlotWindows() { return 1; }
     virtual void analogPlotVirtualSetCursorPosition(cPlotWidgetCommon*, double x) {}
+    // The mouse's position over the canvas as the status line shows it.
+    virtual void analogPlotVirtualSetCursorPositionText(cPlotWidgetCommon*, const std::string& text) {}
     virtual void analogPlotVirtualCloseAllOtherChildWindows(cPlotWidgetCommon*) {}
     virtual void analogPlotVirtualCloseChildWindow(cPlotWidgetCommon*) {}
     virtual void analogPlotVirtualActivelySetActiveWindow(cPlotWidgetCommon*) {}

@@ -174,8 +174,14 @@ bool wxSinglePlotOverlay::addTextAnnotation(const std::string& text, double x, d
         const wxSinglePlotWidgetXAxis& xAxis = mPlot.xAxis();
         const wxSinglePlotWidgetYAxis& yAxis = mPlot.yAxis(0);
         const plotWidgetCommon::cCanvasLayout& canvas = mPlot.getCanvasLayout();
-        x = xAxis.toDouble(canvas.xLow + 12.0);
-        y = yAxis.toDouble(canvas.yHigh - 12.0);
+        if (canvas.xHigh - canvas.xLow > 48.0 && canvas.yHigh - canvas.yLow > 48.0) {
+            x = xAxis.toDouble(canvas.xLow + 12.0);
+            y = yAxis.toDouble(canvas.yHigh - 12.0);
+        } else {
+            // Not laid out yet (a command before the first paint): the same corner by the view.
+            x = xAxis.getMin() + 0.03 * (xAxis.getMax() - xAxis.getMin());
+            y = yAxis.getMax() - 0.03 * (yAxis.getMax() - yAxis.getMin());
+        }
     }
     wxAnnotation annotation;
     if (!annotation.createAnnotation(text_annotation, text, {x, y}, mLogger)) {

@@ -1,5 +1,6 @@
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 
+#include <QFontDatabase>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -23,6 +24,9 @@ wxSinglePlotWidgetImpl::wxSinglePlotWidgetImpl(QWidget* parent, cVxMutex& dataMu
 {
     mOverlay.setPage(page);
     mBuffer.setBackgroundColour(mLook.background);
+    // Bus values line up best in a fixed-pitch font, at the size of the plot's other texts.
+    mDigitalFont = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    mDigitalFont.setPointSizeF(font().pointSizeF() > 0.0 ? font().pointSizeF() : 9.0);
 }
 
 wxSinglePlotWidgetImpl::~wxSinglePlotWidgetImpl() = default;
@@ -204,6 +208,32 @@ void wxSinglePlotWidgetImpl::drawLeftAxis(qtVxBufferedDrawContextInverted& conte
     qtVxAxisDrawing::draw(yAxis(0), context, frame, computeYTitle(0));
 }
 
+plotCurveDrawing::cDrawOptions wxSinglePlotWidgetImpl::makeDrawOptions() const
+{
+    plotCurveDrawing::cDrawOptions options;
+    options.gridType = getWindowType();
+    options.digitalType = mDigitalType;
+    options.digitalFont = &mDigitalFont;
+    return options;
+}
+
+void wxSinglePlotWidgetImpl::setDigitalRadix(unsigned digitalType)
+{
+    // The radix forms only; the strength and port forms belong to single bits.
+    if (digitalType == mDigitalType || digitalType > derivedCurveFunction::octal_with_base)
+        return;
+    mDigitalType = digitalType;
+    plotRequestFullRedraw();
+}
+
+void wxSinglePlotWidgetImpl::setDigitalFont(const QFont& font)
+{
+    if (font == mDigitalFont)
+        return;
+    mDigitalFont = font;
+    plotRequestFullRedraw();
+}
+
 void wxSinglePlotWidgetImpl::drawGrid(qtVxBufferedDrawContextInverted& context, double x0, double x1, double y0,
                                       double y1)
 {
@@ -216,20 +246,52 @@ void wxSinglePlotWidgetImpl::drawGrid(qtVxBufferedDrawContextInverted& context, 
     const cVxPen fine{mLook.fineGridColour, 1, vxDrawContext::solid_pen};
     const cVxPen coarse{mLook.coarseGridColour, 1, vxDrawContext::solid_pen};
     const cVxPen zero{mLook.zeroLineColour, 1, vxDrawContext::solid_pen};
-    qtVxAxisDrawing::drawGridFine(xAxis(), true, context, frame, fine);
-    qtVxAxisDrawing::drawGridFine(yAxis(0), false, context, frame, fine);
-    qtVxAxisDrawing::drawGridCoarse(xAxis(), true, context, frame, coarse);
-    qtVxAxisDrawing::drawGridCoarse(yAxis(0), false, context, frame, coarse);
-    qtVxAxisDrawing::drawGridZero(yAxis(0), false, context, frame, zero);
+    const bool secondAxis = checkY1Active() && (y1FineGrid() || y1CoarseGrid() || y1ZeroLine());
+    if (secondAxis)
+        yAxis(1).computeAxesTicks(context, height);
+    // Fine lines first, so that coarser ones lie on top.
+    using namespace plotWidgetCommon;
+    const struct {
+        int flag;
+        const wxSinglePlotWidgetAxis* axis;
+        bool vertical;
+    } lines[] = {{x_fine_grid, &xAxis(), true},     {y0_fine_grid, &yAxis(0), false},
+                 {y1_fine_grid, &yAxis(1), false},  {x_coarse_grid, &xAxis(), true},
+                 {y0_coarse_grid, &yAxis(0), false}, {y1_coarse_grid, &yAxis(1), false},
+                 {x_zero_line, &xAxis(), true},     {y0_zero_line, &yAxis(0), false},
+                 {y1_zero_line, &yAxis(1), false}};
+    for (const auto& line : lines) {
+        if (!checkGridFlag(line.flag) || (line.axis == &yAxis(1) && !secondAxis))
+            continue;
+        if (line.flag <= y1_zero_line)
+            qtVxAxisDrawing::drawGridZero(*line.axis, line.vertical, context, frame, zero);
+        else if (line.flag <= y1_coarse_grid)
+            qtVxAxisDrawing::drawGridCoarse(*line.axis, line.vertical, context, frame, coarse);
+        else
+            qtVxAxisDrawing::drawGridFine(*line.axis, line.vertical, context, frame, fine);
+    }
 }
 
 void wxSinglePlotWidgetImpl::drawCurve(qtVxBufferedDrawContextInverted& context, const wxSinglePlotWidgetData& curve)
 {
+    if (curve.realHighlighted || curve.imagHighlighted) {
+        // A highlighted part stands out by a wider pen, two pixels over its own width.
+        wxSinglePlotWidgetData wide(curve);
+        wide.realHighlighted = wide.imagHighlighted = false;
+        wxCurveStyle& style = wide.description().style();
+        if (curve.realHighlighted)
+            style.realLineWidth = wxCurveStyle::clampLineWidth(style.realLineWidth + 2);
+        if (curve.imagHighlighted)
+            style.imagLineWidth = wxCurveStyle::clampLineWidth(style.imagLineWidth + 2);
+        drawCurve(context, wide);
+        return;
+    }
     ++mCurveDraws;
     const wxCurveDescription& description = curve.description();
     if (!curve.checkIsComplex()) {
         if (curve.checkRealPartShown())
-            drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer);
+            drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer, 0, UINT64_MAX,
+                                 makeDrawOptions());
         return;
     }
     // Both values of one two-valued conversion: one pass, the second value on its own axis.
@@ -237,9 +299,8 @@ void wxSinglePlotWidgetImpl::drawCurve(qtVxBufferedDrawContextInverted& context,
     if (curve.checkRealPartShown() && curve.checkImagPartShown() && curve.getImagConversion() == conversion &&
         derivedCurveFunction::checkConversionHasTwoValues(conversion) &&
         description.postProcessState().realConversion == conversion) {
-        plotCurveDrawing::cDrawOptions options;
+        plotCurveDrawing::cDrawOptions options = makeDrawOptions();
         options.imagYAxis = &yAxis(curve.getImagAxis());
-        options.gridType = getWindowType();
         drawCurveDescription(context, description, xAxis(), yAxis(curve.getRealAxis()), mColBuffer, 0, UINT64_MAX,
                              options);
         return;
@@ -265,14 +326,14 @@ void wxSinglePlotWidgetImpl::drawCurvePart(qtVxBufferedDrawContextInverted& cont
     const wxCurveDescription& description = curve.description();
     const wxSinglePlotWidgetAxis& axis = yAxis(imaginary ? curve.getImagAxis() : curve.getRealAxis());
     if (!imaginary && description.postProcessState().realConversion == conversion) {
-        drawCurveDescription(context, description, xAxis(), axis, mColBuffer);
+        drawCurveDescription(context, description, xAxis(), axis, mColBuffer, 0, UINT64_MAX, makeDrawOptions());
         return;
     }
     wxCurveDescription part(description);
     part.postProcessState().realConversion = conversion;
     if (imaginary)
         part.style().copyImagToRealStyle();  // the drawer draws a single value with the real pen
-    drawCurveDescription(context, part, xAxis(), axis, mColBuffer);
+    drawCurveDescription(context, part, xAxis(), axis, mColBuffer, 0, UINT64_MAX, makeDrawOptions());
 }
 
 std::string wxSinglePlotWidgetImpl::computeXTitle() const

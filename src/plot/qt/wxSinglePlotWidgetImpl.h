@@ -5,6 +5,7 @@
 // asks for another paint.
 #pragma once
 
+#include <QFont>
 #include <QImage>
 #include <cstdint>
 
@@ -15,6 +16,7 @@
 #include "plot/wxPlotAutoScroll.h"
 #include "plot/wxPlotZoomBox.h"
 #include "plot/wxSinglePlotOverlay.h"
+#include "plot/wxPlotCurveDrawing.h"
 #include "plot/wxPlotDrawerColBuffer.h"
 #include "widgets/cVxEventHandler.h"
 #include "widgets/qtVxBufferedDrawContext.h"
@@ -76,6 +78,12 @@ public:
     void plotWidgetRedrawFrame() { mBuffer.setCompleteBufferAxesRedrawRequired(); refresh(); }
     // The X and Y titles shown under and beside the axes.
     void setAxisTitles(const std::string& x, const std::string& y0);
+    // How bus values read (derivedCurveFunction::digital_data_type) and the font of the texts in
+    // their boxes; a change redraws the curves.
+    void setDigitalRadix(unsigned digitalType);
+    unsigned getDigitalRadix() const { return mDigitalType; }
+    void setDigitalFont(const QFont& font);
+    const QFont& getDigitalFont() const { return mDigitalFont; }
     // Legend, rulers and annotations, drawn over the curves' bitmap.
     wxSinglePlotOverlay& overlay() { return mOverlay; }
     const wxSinglePlotOverlay& overlay() const { return mOverlay; }
@@ -102,8 +110,11 @@ public:
     bool zoomToBoxImpl();
     void enableMouseAutoScroll(bool enable, double x, double y);
     bool checkMouseAutoScrollEnabled() const { return mAutoScroll.checkIsEnabled(); }
-    // Escape: leaves a zoom box or auto scroll.
+    // Escape: leaves a zoom box, auto scroll or the ruler mode.
     void escapePressedAction();
+    // The ruler mode with the cursor at the mouse (the canvas's middle when the mouse is elsewhere):
+    // the next click sets the marker, the one after it the cursor. False on an empty plot.
+    bool activateRulersAtMouse();
     // The context menu for the mouse at the last position; the caller owns it.
     QMenu* createMainContextMenu(QWidget* parent);
     // A curve list (curve-list XML or plain text of it) added as one undo step; the reason of a
@@ -153,6 +164,12 @@ private:
     void drawZoomBoxImpl(QPainter& painter);
     void printDnDErrorMessage(bool fromClipboard, bool partly, const std::string& reason);
     QMimeData* createMimeDataOfSelectedCurves() const;
+    // The plot's name as recorded commands quote it.
+    std::string quotedName() const { return "\"" + mPlotName + "\""; }
+    // A left press on the canvas that may hit a curve: highlights it, or arms a drag of the
+    // highlighted curves; true when the press was used.
+    bool handleLeftDownOnCurve(bool shift, bool ctrl);
+    void startDragOperation();
 
     void updateLayout(int width, int height);
     void drawCurvesIntoBuffer();
@@ -174,6 +191,10 @@ private:
     qtVxBitmap mPicture;
     wxPlotDrawerColBuffer mColBuffer;
     std::string mXTitle, mY0Title;
+    unsigned mDigitalType = 0;  // hexadecimal
+    QFont mDigitalFont;
+    // The options every curve of this plot is drawn with.
+    plotCurveDrawing::cDrawOptions makeDrawOptions() const;
     uint64_t mPaints = 0;
     uint64_t mCurveDraws = 0;
 
@@ -183,6 +204,9 @@ private:
     int mMousePosition = 0;
     double mMouseX = 0.0, mMouseY = 0.0;  // plot pixels, y upwards
     bool mLeftDown = false;
+    // A press on a highlighted curve: a drag of the highlighted curves starts once the mouse moves.
+    bool mDragArmed = false;
+    double mPressX = 0.0, mPressY = 0.0;
     wxPlotZoomBox mZoomBox;
     wxPlotAutoScroll mAutoScroll;
     wxSinglePlotOverlay mOverlay;

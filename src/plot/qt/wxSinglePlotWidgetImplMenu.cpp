@@ -1,9 +1,10 @@
 // The plot's context menu: zoom box forms, views, the edit entries, selected curves and the
-// window, in groups. Entries whose owners are not there (rulers, annotations) stay disabled.
+// window, in groups, with the rulers, annotations and the radix of bus values.
 #include <functional>
 #include <QContextMenuEvent>
 #include <QMenu>
 
+#include "model/derivedCurveFunction.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "plot/wxPlotMousePosition.h"
 
@@ -113,9 +114,42 @@ QMenu* wxSinglePlotWidgetImpl::createMainContextMenu(QWidget* parent)
 
     // Rulers and annotations: their owners hook in here.
     menu->addSeparator();
-    for (const char* text : {"Remove All Cursors", "Remove M1 Marker", "Remove C1 Cursor", "Remove Annotations",
-                             "Make Annotations Permanent", "Add Annotation"})
-        menu->addAction(QString::fromUtf8(text))->setEnabled(false);
+    QAction* rulers = menu->addAction("Set Cursors");
+    rulers->setEnabled(!empty);
+    connect(rulers, &QAction::triggered, this, [this] { activateRulersAtMouse(); });
+    const bool anyRuler = mOverlay.marker().checkIsEnabled() || mOverlay.cursor().checkIsEnabled();
+    QAction* removeRulers = menu->addAction("Remove All Cursors");
+    removeRulers->setEnabled(anyRuler);
+    connect(removeRulers, &QAction::triggered, this, [this] {
+        mOverlay.clearRulers();
+        recordUserCommand("clear_cursors " + quotedName());
+        plotWidgetRedrawFrame();
+    });
+    for (const char* name : {"M1", "C1"}) {
+        QAction* remove = menu->addAction(QString::fromUtf8(name[0] == 'M' ? "Remove M1 Marker" : "Remove C1 Cursor"));
+        remove->setEnabled((name[0] == 'M' ? mOverlay.marker() : mOverlay.cursor()).checkIsEnabled());
+        const std::string ruler = name;
+        connect(remove, &QAction::triggered, this, [this, ruler] {
+            if (mOverlay.clearRuler(ruler))
+                recordUserCommand("reset_cursor " + quotedName() + " " + ruler);
+            plotWidgetRedrawFrame();
+        });
+    }
+    // How bus values read.
+    QMenu* radix = menu->addMenu("Radix");
+    for (unsigned type = derivedCurveFunction::hexadecimal; type <= derivedCurveFunction::octal; ++type) {
+        QAction* action = radix->addAction(QString::fromUtf8(derivedCurveFunction::digital_data_type_to_string(type)));
+        action->setCheckable(true);
+        action->setChecked(type == mDigitalType);
+        connect(action, &QAction::triggered, this, [this, type] { setDigitalRadix(type); });
+    }
+    QAction* removeAnnotations = menu->addAction("Remove Annotations");
+    removeAnnotations->setEnabled(mOverlay.getNbAnnotations() > 0);
+    connect(removeAnnotations, &QAction::triggered, this, [this] {
+        mOverlay.clearAnnotations();
+        recordUserCommand("clear_annotations_in_plot " + quotedName());
+        plotWidgetRedrawFrame();
+    });
 
     // The plot window.
     menu->addSeparator();

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDrag>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QKeySequence>
@@ -103,12 +104,80 @@ void wxSinglePlotWidgetImpl::onMouseDown(double x, double y, int button, int mod
     }
     if (mMousePosition != canvas)
         return;  // the axes do nothing on a press of their own
+    // In the ruler mode a click sets the marker, then the cursor.
+    const int rulerState = mOverlay.getRulerState();
+    if (rulerState == singlePlotOverlay::waiting_for_marker || rulerState == singlePlotOverlay::waiting_for_cursor) {
+        if (mOverlay.leftClick(mMouseX, mMouseY)) {
+            const wxSinglePlotWidgetRuler& ruler =
+                rulerState == singlePlotOverlay::waiting_for_marker ? mOverlay.marker() : mOverlay.cursor();
+            // A ruler set by hand is the ruler at that X, as a command file sets it.
+            recordUserCommand("set_cursor " + quotedName() + " " + exactNumber(ruler.getX()) + " " + ruler.getName());
+            plotWidgetRedrawFrame();
+        }
+        return;
+    }
+    if (handleLeftDownOnCurve(modifiers & Qt::ShiftModifier, modifiers & Qt::ControlModifier))
+        return;
     mLeftDown = true;
     mZoomBox.start((modifiers & Qt::ControlModifier) ? drag_box_ctrl : drag_box, mMouseX, mMouseY);
 }
 
+bool wxSinglePlotWidgetImpl::handleLeftDownOnCurve(bool shift, bool ctrl)
+{
+    size_t index = 0;
+    bool imaginary = false;
+    if (shift || !mOverlay.getClosestCurveIndex(mMouseX, mMouseY, index, imaginary))
+        return false;
+    const wxSinglePlotWidgetData& curve = getCurves()[index];
+    if (imaginary ? curve.imagHighlighted : curve.realHighlighted) {
+        mDragArmed = true;
+        mPressX = mMouseX;
+        mPressY = mMouseY;
+        return true;
+    }
+    setCurveHighlighted(index, imaginary, true, !ctrl);
+    const wxCurveDescription& description = curve.description();
+    if (description.getSection())
+        recordUserCommand("highlight_curve_in_plot_by_id_and_index " + quotedName() + " " +
+                          std::to_string(description.getSection()->getSectionId()) + " " +
+                          std::to_string(description.getCurveIndex()) + (ctrl ? " 0 " : " 1 ") +
+                          (imaginary ? "1" : "0"));
+    if (wxAnalogPlotVirtual* page = getPage())
+        page->analogPlotVirtualCurveHighlighted(this, description);
+    return true;
+}
+
+void wxSinglePlotWidgetImpl::startDragOperation()
+{
+    mDragArmed = false;
+    QMimeData* data = createMimeDataOfSelectedCurves();
+    if (!data)
+        return;
+    auto* drag = new QDrag(this);
+    drag->setMimeData(data);
+    drag->exec(Qt::CopyAction);
+}
+
+bool wxSinglePlotWidgetImpl::activateRulersAtMouse()
+{
+    double x = mMouseX, y = mMouseY;
+    if (mMousePosition != canvas) {
+        const plotWidgetCommon::cCanvasLayout& layout = getCanvasLayout();
+        x = 0.5 * (layout.xLow + layout.xHigh);
+        y = 0.5 * (layout.yLow + layout.yHigh);
+    }
+    enableMouseAutoScroll(false, mMouseX, mMouseY);
+    mZoomBox.hide();
+    if (!mOverlay.activateRulers(x, y))
+        return false;
+    plotWidgetRedrawFrame();
+    return true;
+}
+
 void wxSinglePlotWidgetImpl::onMouseUp(double x, double y, int button, int modifiers)
 {
+    if (button == button_left)
+        mDragArmed = false;
     if (button != button_left || !mLeftDown)
         return;
     mLeftDown = false;
@@ -133,8 +202,17 @@ void wxSinglePlotWidgetImpl::onMouseMove(double x, double y, int buttons, int mo
         mZoomBox.moveTo(std::clamp(mMouseX, layout.xLow, layout.xHigh), std::clamp(mMouseY, layout.yLow, layout.yHigh));
         refresh();
     }
-    if (wxAnalogPlotVirtual* page = getPage(); page && mMousePosition == canvas)
+    if (mDragArmed && (buttons & Qt::LeftButton) &&
+        std::hypot(mMouseX - mPressX, mMouseY - mPressY) >= QApplication::startDragDistance()) {
+        startDragOperation();
+        return;
+    }
+    if (mOverlay.mouseMoved(mMouseX, mMouseY))
+        plotWidgetRedrawFrame();
+    if (wxAnalogPlotVirtual* page = getPage(); page && mMousePosition == canvas) {
         page->analogPlotVirtualSetCursorPosition(this, xAxis().toDouble(mMouseX));
+        page->analogPlotVirtualSetCursorPositionText(this, makeCursorPositionText(mMouseX, mMouseY));
+    }
 }
 
 // --- zoom box -------------------------------------------------------------------------------------
@@ -285,7 +363,9 @@ void wxSinglePlotWidgetImpl::escapePressedAction()
     enableMouseAutoScroll(false, mMouseX, mMouseY);
     mZoomBox.hide();
     mLeftDown = false;
-    refresh();
+    mDragArmed = false;
+    mOverlay.escapePressedAction();
+    plotWidgetRedrawFrame();
 }
 
 bool wxSinglePlotWidgetImpl::onKeyDown(int key, int modifiers, const QString& text)

@@ -522,8 +522,9 @@ TEST(zelwaveHost, UserActionsOnAPlotAreRecordedAndTheirCommandFileReplaysTheSame
     }
     ASSERT_TRUE(pumpUntil([&] { return countLinesStarting(readText(recording), "zoom \"p\" ") == 1; }));
     const QPoint from(plot->width() / 3, plot->height() / 4), to(plot->width() * 2 / 3, plot->height() / 2);
+    // With Shift a press on a curve draws the box all the same instead of highlighting the curve.
     auto mouse = [&](QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons buttons) {
-        QMouseEvent event(type, QPointF(at), QPointF(plot->mapToGlobal(at)), button, buttons, Qt::NoModifier);
+        QMouseEvent event(type, QPointF(at), QPointF(plot->mapToGlobal(at)), button, buttons, Qt::ShiftModifier);
         QApplication::sendEvent(plot, &event);
     };
     mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
