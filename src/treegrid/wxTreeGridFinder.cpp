@@ -1,0 +1,151 @@
+#include "treegrid/wxTreeGridFinder.h"
+
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "base/cVxString.h"
+
+namespace vx3 {
+
+using namespace treeGridFinder;
+
+struct wxTreeGridFinder::cRegex {
+    pcre2_code* code = nullptr;
+    pcre2_match_data* matchData = nullptr;
+    ~cRegex()
+    {
+        pcre2_match_data_free(matchData);
+        pcre2_code_free(code);
+    }
+};
+
+namespace {
+
+bool isWordChar(char c)
+{
+    const auto u = static_cast<unsigned char>(c);
+    return std::isalnum(u) || c == '_' || u >= 0x80;  // bytes of UTF-8 letters count as word
+}
+
+std::string lowerAscii(std::string text)
+{
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z')
+            c = char(c - 'A' + 'a');
+    return text;
+}
+
+}  // namespace
+
+wxTreeGridFinder::wxTreeGridFinder() = default;
+wxTreeGridFinder::~wxTreeGridFinder() = default;
+
+bool wxTreeGridFinder::setOptions(const cFindOptions& options, std::string& message)
+{
+    mRegex.reset();
+    mOptions = options;
+    if (options.text.empty()) {
+        message = "Nothing to find.";
+        return false;
+    }
+    mFoldedText = options.caseSensitive ? options.text : lowerAscii(options.text);
+    if (!options.regularExpression)
+        return true;
+    const std::string pattern = options.wholeWord ? "\\b(?:" + options.text + ")\\b" : options.text;
+    uint32_t flags = PCRE2_UTF | PCRE2_MATCH_INVALID_UTF;
+    if (!options.caseSensitive)
+        flags |= PCRE2_CASELESS;
+    int errorCode = 0;
+    PCRE2_SIZE errorOffset = 0;
+    auto regex = std::make_unique<cRegex>();
+    regex->code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), flags, &errorCode,
+                                &errorOffset, nullptr);
+    if (!regex->code) {
+        PCRE2_UCHAR buffer[256];
+        pcre2_get_error_message(errorCode, buffer, sizeof(buffer));
+        message = "Invalid regular expression \"" + options.text + "\": " + reinterpret_cast<char*>(buffer) + ".";
+        return false;
+    }
+    regex->matchData = pcre2_match_data_create_from_pattern(regex->code, nullptr);
+    mRegex = std::move(regex);
+    return true;
+}
+
+bool wxTreeGridFinder::checkPlainMatches(const std::string& text) const
+{
+    const std::string haystack = mOptions.caseSensitive ? text : lowerAscii(text);
+    if (!mOptions.wholeWord)
+        return haystack.find(mFoldedText) != std::string::npos;
+    for (size_t at = haystack.find(mFoldedText); at != std::string::npos; at = haystack.find(mFoldedText, at + 1)) {
+        const size_t end = at + mFoldedText.size();
+        const bool startsWord = at == 0 || !isWordChar(haystack[at - 1]) || !isWordChar(mFoldedText.front());
+        const bool endsWord = end == haystack.size() || !isWordChar(haystack[end]) || !isWordChar(mFoldedText.back());
+        if (startsWord && endsWord)
+            return true;
+    }
+    return false;
+}
+
+bool wxTreeGridFinder::checkMatches(const std::string& text) const
+{
+    if (mOptions.text.empty())
+        return false;
+    if (!mOptions.regularExpression)
+        return checkPlainMatches(text);
+    if (!mRegex)
+        return false;
+    return pcre2_match(mRegex->code, reinterpret_cast<PCRE2_SPTR>(text.data()), text.size(), 0, 0, mRegex->matchData,
+                       nullptr) >= 0;
+}
+
+cFindResult wxTreeGridFinder::find(wxTreeGridGeometry& grid, unsigned effectiveRow, unsigned effectiveCol) const
+{
+    cFindResult result;
+    std::vector<unsigned> cols;  // effective columns that show
+    for (unsigned e = 0; e < grid.getNumberOfColumns(); ++e)
+        if (!grid.checkColIsHidden(grid.getColFromEffectiveCol(e)))
+            cols.push_back(e);
+    const uint64_t rows = grid.getNumberOfEffectiveRows();
+    const uint64_t cells = rows * cols.size();
+    if (cells == 0 || mOptions.text.empty())
+        return result;
+
+    // The cells as one sequence, row by row; the start is the given cell, or just off the edge.
+    const bool backward = mOptions.backward;
+    uint64_t start;  // position of the first cell to look at
+    bool fromEdge = mOptions.fromTop || effectiveRow == wxTreeGridExpanderHandler::npos || effectiveRow >= rows;
+    uint64_t current = 0;
+    const auto colPos = std::find(cols.begin(), cols.end(), effectiveCol);
+    if (fromEdge) {
+        start = backward ? cells - 1 : 0;
+    } else {
+        if (colPos != cols.end())
+            current = uint64_t(effectiveRow) * cols.size() + uint64_t(colPos - cols.begin());
+        else  // a whole row: going forward its first cell was seen, going backward its last one
+            current = uint64_t(effectiveRow) * cols.size() + (backward ? cols.size() - 1 : 0);
+        start = backward ? (current + cells - 1) % cells : (current + 1) % cells;
+    }
+    wxTreeGridVirtual& model = grid.getModel();
+    for (uint64_t step = 0; step < cells; ++step) {
+        const uint64_t at = backward ? (start + cells - step) % cells : (start + step) % cells;
+        const unsigned row = unsigned(at / cols.size());
+        const unsigned effCol = cols[at % cols.size()];
+        const unsigned totalRow = grid.getTotalRow(row);
+        const unsigned col = grid.getColFromEffectiveCol(effCol);
+        if (checkMatches(model.treeGridVirtualGetValue(totalRow, col))) {
+            result.found = true;
+            result.wrapped = !fromEdge && (backward ? at >= current : at <= current);
+            result.effectiveRow = row;
+            result.effectiveCol = effCol;
+            result.totalRow = totalRow;
+            result.col = col;
+            return result;
+        }
+    }
+    return result;
+}
+
+}  // namespace vx3
