@@ -26,8 +26,8 @@ namespace {
 
 bool isWordChar(char c)
 {
-    const auto u = static_cast<unsigned char>(c);
-    return std::isalnum(u) || c == '_' || u >= 0x80;  // bytes of UTF-8 letters count as word
+    // ASCII only, as the regular expressions' \b has it, so both ways agree on what a word is.
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
 std::string lowerAscii(std::string text)
