@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QMetaObject>
+#include <algorithm>
 #include <deque>
 #include <mutex>
 #include <string>
@@ -88,12 +89,17 @@ public:
             clearCellSelection();
             showAllSuppressedRows();
         }
-        // Only the first rows decide the columns' widths; later batches keep what the user sees.
         wxTreeGridGeometry::dataChanged(true, true);
-        if (firstRows)
-            updateHeaderAndColWidth();
         if (follow)
             scrollToVisibleRow(getNumberOfVisibleRows());
+        // The columns and the row numbers widen for new rows on screen but never narrow, so the
+        // table does not jump at every batch; only the rows on screen are measured.
+        std::vector<int> widths;
+        for (unsigned c = 0; c < getNumberOfColumns() && !firstRows; ++c)
+            widths.push_back(getColWidth(c));
+        updateHeaderAndColWidth();
+        for (unsigned c = 0; c < widths.size(); ++c)
+            setColWidth(c, std::max(widths[c], getColWidth(c)));
         viewChanged();
         return batch.size();
     }

@@ -88,4 +88,15 @@ std::string wxLogWidgetTreeGrid::treeGridVirtualGetToolTip(unsigned row, unsigne
     return row < items.size() ? items[row].text : std::string();
 }
 
+bool wxLogWidgetTreeGrid::treeGridVirtualGetValueForColWidthComputation(unsigned col, std::string& text)
+{
+    if (col == col_severity)
+        text = "High Warning";
+    else if (col == col_time)
+        text = "00:00:00.000";
+    else
+        return false;
+    return true;
+}
+
 }  // namespace vx3

@@ -50,6 +50,8 @@ public:
     int treeGridVirtualGetColType(unsigned) override { return treeGridVirtual::col_string; }
     bool treeGridVirtualGetCellColours(unsigned row, unsigned col, unsigned& foreground, unsigned& background) override;
     std::string treeGridVirtualGetToolTip(unsigned row, unsigned col) override;
+    // The widest severity and a time: those columns need no measuring of rows.
+    bool treeGridVirtualGetValueForColWidthComputation(unsigned col, std::string& text) override;
 
 protected:
     std::string getItemText(const logWidgetTreeGrid::cLogEntry& item, unsigned col) override;
