@@ -4,6 +4,7 @@
 #include <pcre2.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <vector>
 
 #include "base/cVxString.h"
@@ -113,31 +114,33 @@ cFindResult wxTreeGridFinder::find(wxTreeGridGeometry& grid, unsigned effectiveR
     if (cells == 0 || mOptions.text.empty())
         return result;
 
-    // The cells as one sequence, row by row; the start is the given cell, or just off the edge.
+    // The cells as one sequence, row by row. first is the position looked at first, unwrapped:
+    // it may lie just past either end, and the walk wraps round from there.
     const bool backward = mOptions.backward;
-    uint64_t start;  // position of the first cell to look at
-    bool fromEdge = mOptions.fromTop || effectiveRow == wxTreeGridExpanderHandler::npos || effectiveRow >= rows;
-    uint64_t current = 0;
-    const auto colPos = std::find(cols.begin(), cols.end(), effectiveCol);
+    const bool fromEdge = mOptions.fromTop || effectiveRow == wxTreeGridExpanderHandler::npos || effectiveRow >= rows;
+    const int64_t n = int64_t(cells);
+    int64_t first;
     if (fromEdge) {
-        start = backward ? cells - 1 : 0;
+        first = backward ? n - 1 : 0;
     } else {
-        if (colPos != cols.end())
-            current = uint64_t(effectiveRow) * cols.size() + uint64_t(colPos - cols.begin());
-        else  // a whole row: going forward its first cell was seen, going backward its last one
-            current = uint64_t(effectiveRow) * cols.size() + (backward ? cols.size() - 1 : 0);
-        start = backward ? (current + cells - 1) % cells : (current + 1) % cells;
+        const auto colPos = std::find(cols.begin(), cols.end(), effectiveCol);
+        const int64_t rowStart = int64_t(effectiveRow) * int64_t(cols.size());
+        if (colPos == cols.end())  // a whole row: its own cells come first
+            first = backward ? rowStart + int64_t(cols.size()) - 1 : rowStart;
+        else  // a cell: the search goes on after it
+            first = rowStart + int64_t(colPos - cols.begin()) + (backward ? -1 : 1);
     }
     wxTreeGridVirtual& model = grid.getModel();
-    for (uint64_t step = 0; step < cells; ++step) {
-        const uint64_t at = backward ? (start + cells - step) % cells : (start + step) % cells;
+    for (int64_t step = 0; step < n; ++step) {
+        const int64_t raw = backward ? first - step : first + step;
+        const uint64_t at = uint64_t(((raw % n) + n) % n);
         const unsigned row = unsigned(at / cols.size());
         const unsigned effCol = cols[at % cols.size()];
         const unsigned totalRow = grid.getTotalRow(row);
         const unsigned col = grid.getColFromEffectiveCol(effCol);
         if (checkMatches(model.treeGridVirtualGetValue(totalRow, col))) {
             result.found = true;
-            result.wrapped = !fromEdge && (backward ? at >= current : at <= current);
+            result.wrapped = raw < 0 || raw >= n;
             result.effectiveRow = row;
             result.effectiveCol = effCol;
             result.totalRow = totalRow;

@@ -43,8 +43,8 @@ public:
     const treeGridFinder::cFindOptions& getOptions() const { return mOptions; }
     // Whether text holds a match of the search.
     bool checkMatches(const std::string& text) const;
-    // The next matching cell after (before, going backward) the given one; npos for either starts
-    // at the table's edge. Hidden columns and suppressed rows are not searched; rows inside
+    // The next matching cell after (before, going backward) the given one; effectiveCol npos
+    // searches the row's own cells first, effectiveRow npos starts at the table's edge. Hidden columns and suppressed rows are not searched; rows inside
     // collapsed expanders are.
     treeGridFinder::cFindResult find(wxTreeGridGeometry& grid, unsigned effectiveRow, unsigned effectiveCol) const;
 

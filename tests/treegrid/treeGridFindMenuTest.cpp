@@ -108,6 +108,18 @@ TEST(TreeGridFind, ViewOrderHiddenColumnsSuppressedRowsWrapAndBadPatterns)
     EXPECT_TRUE(last.found && last.wrapped);
     EXPECT_EQ(last.totalRow, 1u);
 
+    // From a whole row, that row's own cells come first, either way.
+    auto ownRow = finder.find(grid, 0, wxTreeGridExpanderHandler::npos);
+    EXPECT_TRUE(ownRow.found && !ownRow.wrapped && ownRow.totalRow == 1 && ownRow.col == 0);
+    options.backward = true;
+    ASSERT_TRUE(finder.setOptions(options, message));
+    ownRow = finder.find(grid, 1, wxTreeGridExpanderHandler::npos);  // model row 3
+    EXPECT_TRUE(ownRow.found && !ownRow.wrapped && ownRow.totalRow == 3);
+    ownRow = finder.find(grid, 0, 0);  // before the first cell lies the table's end
+    EXPECT_TRUE(ownRow.found && ownRow.wrapped && ownRow.totalRow == 0 && ownRow.col == 1);
+    options.backward = false;
+    ASSERT_TRUE(finder.setOptions(options, message));
+
     grid.setColHidden(1, true);
     grid.suppressRows({3});
     EXPECT_EQ(collectAll(finder, grid), (std::vector<std::pair<unsigned, unsigned>>{{1, 0}}));

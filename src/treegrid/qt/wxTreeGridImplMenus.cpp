@@ -114,12 +114,7 @@ treeGridFinder::cFindResult wxTreeGridImpl::findText(const treeGridFinder::cFind
         row = mFoundEffectiveRow;
         col = mFoundEffectiveCol;
     } else if (mCurrentLine != npos) {
-        row = getEffectiveRowFromVisible(mCurrentLine);
-        // A row of its own: forward starts at its first cell, so step back to just before it.
-        if (!options.backward && row != npos)
-            row = row > 0 ? row - 1 : npos;
-        else if (options.backward && row != npos)
-            row = row + 1 < getNumberOfEffectiveRows() ? row + 1 : npos;
+        row = getEffectiveRowFromVisible(mCurrentLine);  // the current row's own cells first
     }
     result = mFinder.find(*this, row, col);
     if (!result.found) {
