@@ -78,6 +78,10 @@ public:
     virtual bool treeGridVirtualCheckFirstExpanderCanBeSortedHigh(unsigned col) { return false; }
     virtual bool treeGridVirtualCheckIfColumnAcceptsFilters(unsigned col) { return true; }
     virtual void treeGridVirtualRowAndColWereInverted(bool transposed) {}
+    // A column the user may remove by its menu; the model drops it in ColHasBeenRemoved and the
+    // grid then reads the model anew.
+    virtual bool treeGridVirtualCheckColCanBeRemoved(unsigned col) { return false; }
+    virtual void treeGridVirtualColHasBeenRemoved(unsigned col) {}
     virtual int treeGridVirtualGetFloatingPointPrecision(unsigned col) { return 6; }
     virtual bool treeGridVirtualIsEnabled(unsigned row, unsigned col) { return true; }
     virtual bool treeGridVirtualIsEditable(unsigned row, unsigned col) { return false; }

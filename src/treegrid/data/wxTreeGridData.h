@@ -81,6 +81,13 @@ public:
     void treeGridVirtualColSelected(unsigned) override {}
     void treeGridVirtualColDeselected(unsigned) override {}
     int treeGridVirtualGetColType(unsigned col) override { return treeGridVirtual::col_number; }
+    // Curve and calculator columns may go from the column menu; x stays.
+    bool treeGridVirtualCheckColCanBeRemoved(unsigned col) override { return col > 0 && col <= getNbOfCurveColumns(); }
+    void treeGridVirtualColHasBeenRemoved(unsigned col) override
+    {
+        if (col > 0)
+            removeCurveColumn(col - 1);
+    }
 
 private:
     struct cColumnRef {

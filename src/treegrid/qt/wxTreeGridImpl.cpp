@@ -433,6 +433,12 @@ bool wxTreeGridImpl::onKeyDown(int key, int modifiers, const QString& text)
             return true;
         }
         return false;
+    case Qt::Key_F:
+        if (modifiers & Qt::ControlModifier) {
+            showFindDialog();
+            return true;
+        }
+        return false;
     case Qt::Key_A:
         if (modifiers & Qt::ControlModifier) {
             selectVisibleRowRange(0, getNumberOfVisibleRows() ? getNumberOfVisibleRows() - 1 : 0, true);
@@ -549,62 +555,6 @@ void wxTreeGridImpl::handleRowContextMenu(unsigned visibleRow, int x, int y)
         redraw();
     });
     showAll->setEnabled(getNumberOfRowsSuppressedByHand() > 0);
-    menu.exec(mapToGlobal(QPoint(x, y)));
-}
-
-void wxTreeGridImpl::handleColHeaderContextMenu(unsigned col, int x, int y)
-{
-    QMenu menu(this);
-    menu.addAction("Sort Ascending", [this, col] {
-        clearSortOrders();
-        setColSortOrder(col, sort_ascending);
-        sort();
-    });
-    menu.addAction("Sort Descending", [this, col] {
-        clearSortOrders();
-        setColSortOrder(col, sort_descending);
-        sort();
-    });
-    menu.addAction("Don't Sort", [this, col] {
-        setColSortOrder(col, sort_none);
-        sort();
-    });
-    menu.addAction("Restore Default Order", [this] {
-        restoreDefaultColumnOrder();
-        redraw();
-    });
-    menu.addSeparator();
-    const std::string label = getModel().treeGridVirtualGetColHeaderLabel(col);
-    menu.addAction(QString::fromStdString("Hide " + label), [this, col] {
-        setColHidden(col, true);
-        redraw();
-    });
-    menu.addAction("Show All Columns", [this] {
-        showAllColumns();
-        redraw();
-    });
-    if (usesExpanders() && getEffectiveColFromCol(col) < getEffectiveColExpandersLevel()) {
-        QMenu* expanders = menu.addMenu("Expanders");
-        const unsigned level = getEffectiveColFromCol(col);
-        expanders->addAction("Expand", [this, level] {
-            expandEffectiveColumn(level, true);
-            redraw();
-        });
-        expanders->addAction("Collapse", [this, level] {
-            expandEffectiveColumn(level, false);
-            redraw();
-        });
-    }
-    QMenu* filters = menu.addMenu("Filters");
-    filters->addAction("Clear Filters", [this, col] {
-        clearFilters(col);
-        filterRulesChanged();
-    });
-    filters->addAction("All Filters", [this] {
-        clearAllFilters();
-        filterRulesChanged();
-    });
-    menu.addAction("Transpose", [this] { transposeGrid(); });
     menu.exec(mapToGlobal(QPoint(x, y)));
 }
 

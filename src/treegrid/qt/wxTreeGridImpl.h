@@ -8,6 +8,7 @@
 #include <QFont>
 #include <string>
 
+#include "treegrid/wxTreeGridFinder.h"
 #include "treegrid/wxTreeGridGeometry.h"
 #include "widgets/qtVxWidget.h"
 
@@ -16,6 +17,9 @@ class QMenu;
 class QScrollBar;
 
 namespace vx3 {
+
+class wxTreeGridFindDialog;
+class wxTreeGridFilterDialog;
 
 namespace treeGridImpl {
 // 0xrrggbb colours of a grid.
@@ -85,6 +89,22 @@ public:
     bool checkTextEditorIsShown() const { return mEditor != nullptr; }
     QLineEdit* getTextEditor() { return mEditor; }
 
+    // ---- Column menu, filters, find and export
+    // Runs an item of the column menu (treeGridColMenu::menu_action); dialogs open modal.
+    void executeColMenuAction(int action, unsigned col);
+    // The filter dialog of a column, not shown; the caller shows or executes it and deletes it.
+    wxTreeGridFilterDialog* createFilterDialog(unsigned col);
+    // The grid's find dialog, created on first use, shown and raised.
+    wxTreeGridFindDialog* showFindDialog();
+    // Finds from the last cell found (or the current row) and moves there: the row becomes the
+    // current and only selected one, the cell is framed. message tells what happened.
+    treeGridFinder::cFindResult findText(const treeGridFinder::cFindOptions& options, std::string& message);
+    // Writes exportColumns to a file; false with the reason in message.
+    bool exportToFile(const std::string& fileName, bool html, std::string& message);
+    // After the rows or columns changed under the view (filters, moves): keeps the current row in
+    // range, resizes the scroll bars, repaints.
+    void viewChanged();
+
 protected:
     void onPaint(QPainter& painter) override;
     void onMouseDown(double x, double y, int button, int modifiers) override;
@@ -142,6 +162,10 @@ private:
     QLineEdit* mEditor = nullptr;
     unsigned mEditedRow = npos;  // model row and column of the open editor
     unsigned mEditedCol = npos;
+    wxTreeGridFindDialog* mFindDialog = nullptr;
+    wxTreeGridFinder mFinder;
+    unsigned mFoundEffectiveRow = npos;  // the last cell found, where the next find goes on
+    unsigned mFoundEffectiveCol = npos;
     int mResizeStartX = 0;
     int mResizeStartWidth = 0;
 };

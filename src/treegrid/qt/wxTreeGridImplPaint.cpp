@@ -195,6 +195,10 @@ void wxTreeGridImpl::drawRows(QPainter& painter)
             }
             painter.setPen(toColour(mColours.gridLines));
             painter.drawLine(left + w - 1, y, left + w - 1, y + rowHeight - 1);
+            if (checkCellIsSelected(total, col)) {  // the cell a find landed on
+                painter.setPen(QPen(toColour(selected ? mColours.selectionText : mColours.selection), 2));
+                painter.drawRect(QRect(left + 1, y + 1, w - 3, rowHeight - 3));
+            }
         }
         painter.setPen(toColour(mColours.gridLines));
         painter.drawLine(dataLeft(), y + rowHeight - 1, dataLeft() + dataWidth(), y + rowHeight - 1);
