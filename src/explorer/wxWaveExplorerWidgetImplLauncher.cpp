@@ -216,9 +216,11 @@ void wxWaveExplorerWidgetImpl::parseDone()
         default: showStatusText(quoted("Failed to parse file \"%%\".", name)); break;
         }
     }
+    // Opened again is opened: the file moves to the front of the recent files.
+    if (code == kOk)
+        mConfiguration.addLastOpenedFiles(name);
     if (result.sectionsAdded > 0) {
         mStoreChanged = true;
-        mConfiguration.addLastOpenedFiles(name);
         if (mOwner) {
             wxWaveExplorerAction opened;
             opened.actionType = explorerCallBack::file_opened;
