@@ -87,6 +87,11 @@ class Viewer:
         self.process.wait(30)
 
 
+def expect(reply, wanted):
+    if reply not in wanted:
+        raise RuntimeError("unexpected reply %r" % reply)
+
+
 def value(reply):
     return reply.split(" ", 1)[1].strip('"')
 
@@ -96,13 +101,13 @@ def zelwave_open_to_plot(program, workdir, path):
     start = time.perf_counter()
     viewer = Viewer(program, workdir)
     try:
-        viewer.ask('open_file "%s"' % path)
-        assert viewer.wait_not_queued("get_status") == "0", "the file did not load"
+        expect(viewer.ask('open_file "%s"' % path), ("2",))
+        expect(viewer.wait_not_queued("get_status"), ("0",))
         section = value(viewer.ask("get_section_name 0"))
         curve = value(viewer.ask('get_curve_name "%s" 1' % section))
-        assert viewer.ask("add_plot p1 analog 1 1") == "0"
-        assert viewer.ask('add_curve_to_plot_by_name p1 "%s" "%s" 0' % (section, curve)) == "0"
-        assert viewer.wait_not_queued("get_status") == "0"
+        expect(viewer.ask("add_plot p1 analog 1 1"), ("0", '0 "p1"'))
+        expect(viewer.ask('add_curve_to_plot_by_name p1 "%s" "%s" 0' % (section, curve)), ("0",))
+        expect(viewer.wait_not_queued("get_status"), ("0",))
         return time.perf_counter() - start
     finally:
         viewer.close()
@@ -145,7 +150,7 @@ def main():
     if len(sys.argv) < 3:
         print(__doc__)
         return 2
-    program, generator = sys.argv[1], sys.argv[2]
+    program, generator = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
     vcd_mb = int(sys.argv[3]) if len(sys.argv) > 3 else 200
     raw_mb = int(sys.argv[4]) if len(sys.argv) > 4 else 1000
     workdir = tempfile.mkdtemp(prefix="zelwave-open-to-plot-")
