@@ -1,7 +1,10 @@
 // Files load on the launcher thread while the window stays responsive: busy state, the queue of
 // commands that wait for the store, the stop button, bad input, reload of changed files, and
 // closing during a load.
+#include <QDropEvent>
+#include <QMimeData>
 #include <QStatusBar>
+#include <QUrl>
 #include <QTimer>
 #include <QToolButton>
 
@@ -131,7 +134,21 @@ TEST_F(cLauncherTest, BadInputKeepsOpenData)
     EXPECT_TRUE(waitForStatus("Failed to parse file \"" + path("noise.bin") + "\"."));
     ASSERT_TRUE(waitIdle());
 
-    EXPECT_EQ(sections(), "1");
+    // Dropped on the window: the folder is refused, the file beside it loads.
+    const std::string other = writeFile("other.csv", "time,w\n" + csvRows(0, 5));
+    QMimeData mime;
+    mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(path("folder"))),
+                  QUrl::fromLocalFile(QString::fromStdString(other))});
+    // The drop goes to the widget that accepted the drag's entry.
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&explorer(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&explorer(), &drop);
+    EXPECT_TRUE(waitForStatus("Successfully parsed file \"" + other + "\"."));
+    ASSERT_TRUE(waitIdle());
+
+    EXPECT_EQ(sections(), "2");
     EXPECT_EQ(valueCount(0), 10u);
 }
 
