@@ -121,11 +121,19 @@ int wxWaveExplorerWidgetImpl::checkForToFilesToOpen(bool first)
         const double total = static_cast<double>(std::max<size_t>(mFilesToOpenTotal, 1));
         mProgress->setValue(static_cast<int>(100.0 * static_cast<double>(done) / total));
     }
-    cOpenFileWithOptionsConfiguration entry = mFilesToOpen.front();
-    mFilesToOpen.pop_front();
-    mProgress->setFormat(QString::fromStdString(quoted("Parsing file \"%%\".", entry.fileName)) + " %p%");
-    mProgress->setVisible(true);
-    return openSingleFile(entry);
+    // A file that can't start loading doesn't hold up the ones after it.
+    int result = kOk;
+    while (!mFilesToOpen.empty()) {
+        cOpenFileWithOptionsConfiguration entry = mFilesToOpen.front();
+        mFilesToOpen.pop_front();
+        mProgress->setFormat(QString::fromStdString(quoted("Parsing file \"%%\".", entry.fileName)) + " %p%");
+        mProgress->setVisible(true);
+        result = openSingleFile(entry);
+        if (result == kQueued)
+            return result;
+    }
+    mProgress->setVisible(false);
+    return result;
 }
 
 int wxWaveExplorerWidgetImpl::openSingleFile(const cOpenFileWithOptionsConfiguration& options)
