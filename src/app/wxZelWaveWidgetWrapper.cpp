@@ -426,6 +426,11 @@ int wxZelWaveWidgetWrapper::waveExplorerVirtualCallBackAction(wxWaveExplorerActi
     case explorerCallBack::clear_command_logger:
     case explorerCallBack::enable_command_logger:
         return performToolWindowAction(action);
+    case explorerCallBack::application_busy:
+    case explorerCallBack::application_not_busy:
+        return 0;
+    case explorerCallBack::file_open_allowed:
+        return mClosing ? 3 : 0;
     default:
         return 3;
     }

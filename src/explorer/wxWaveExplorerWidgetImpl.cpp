@@ -10,6 +10,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "app/core/cStoreCommands.h"
@@ -82,11 +83,18 @@ wxWaveExplorerWidgetImpl::wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplor
     mLoadConfigTimer->setObjectName(QString::number(waveExplorerEvent::TIMER_ID_LOAD_CONFIG));
     connect(mLoadConfigTimer, &QTimer::timeout, this, &wxWaveExplorerWidgetImpl::retryLoadingConfiguration);
     mConfiguration.setChangeListener([this] { startSaveToConfigurationTimer(); });
+    mLauncher = std::make_unique<wxWaveExplorerLauncher>(*mStore, *mLogSink, this);
+    mReloadTimer = new QTimer(this);
+    mReloadTimer->setObjectName(QString::number(waveExplorerEvent::TIMER_ID_AUTO_RELOAD));
+    mReloadTimer->setSingleShot(true);
+    connect(mReloadTimer, &QTimer::timeout, this, &wxWaveExplorerWidgetImpl::timerNotification);
+    setAcceptDrops(true);
 }
 
 wxWaveExplorerWidgetImpl::~wxWaveExplorerWidgetImpl()
 {
     mConfiguration.setChangeListener(nullptr);
+    mLauncher.reset();  // interrupts and joins a running reader before the store goes
     // Plots refer to curves of the store, which goes before Qt deletes the pages with their parent.
     mNotebook->releaseCurvesBeforeStoreCloses();
     mLogger.setLoggerCallBack(nullptr);
@@ -123,6 +131,13 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
     mProgress->setMaximumWidth(240);
     mProgress->setVisible(false);
     mStatusBar->addPermanentWidget(mProgress);
+    mStopButton = new QToolButton(mStatusBar);
+    mStopButton->setObjectName("stop_button");
+    mStopButton->setText("Stop");
+    mStopButton->setToolTip("Interrupt the reading of the file");
+    mStopButton->setVisible(false);
+    connect(mStopButton, &QToolButton::clicked, this, &wxWaveExplorerWidgetImpl::interruptLauncher);
+    mStatusBar->addPermanentWidget(mStopButton);
     layout->addWidget(vertical, 1);
     layout->addWidget(mStatusBar);
 }
@@ -134,6 +149,9 @@ void wxWaveExplorerWidgetImpl::startup()
     // A file locked by another instance at the start is tried again until it can be read.
     if (mConfiguration.loadAndSaveConfigFile && mConfiguration.checkLoadIsWorthRetrying())
         mLoadConfigTimer->start(100);
+    startReloadTimer();
+    if (!mFilesToOpen.empty())
+        checkForToFilesToOpen(true);
 }
 
 void wxWaveExplorerWidgetImpl::applicationCloses()
@@ -143,6 +161,12 @@ void wxWaveExplorerWidgetImpl::applicationCloses()
     mLoadConfigTimer->stop();
     mLogger.setLoggerCallBack(nullptr);
     mNotificationTimer->stop();
+    mReloadTimer->stop();
+    mFilesToOpen.clear();
+    if (mLauncher) {
+        mLauncher->interrupt();
+        mLauncher->joinThread();
+    }
 }
 
 void wxWaveExplorerWidgetImpl::startSaveToConfigurationTimer()
@@ -273,6 +297,8 @@ bool wxWaveExplorerWidgetImpl::event(QEvent* event)
         serveBridge();
         return true;
     }
+    if (handleLauncherEvent(event))
+        return true;
     return QWidget::event(event);
 }
 
@@ -305,6 +331,8 @@ void wxWaveExplorerWidgetImpl::serveBridge()
 
 void wxWaveExplorerWidgetImpl::refreshBrowser()
 {
+    if (checkLauncherIsWorking())
+        return;  // the reader holds the store; the end of its task refreshes
     mStoreChanged = false;
     mBrowser->refresh(*mStore);
 }

@@ -8,6 +8,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,12 +16,14 @@
 #include "app/core/wxWaveExplorerCommand.h"
 #include "base/cVxLogger.h"
 #include "base/cVxThread.h"
+#include "wxWaveExplorerLauncher.h"
 
 class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
 class QStatusBar;
 class QTimer;
+class QToolButton;
 
 namespace vx3 {
 
@@ -39,6 +42,7 @@ enum : int {
     execute_command = 2274  // a background thread hands over a command
 };
 enum timer_id : int {
+    TIMER_ID_AUTO_RELOAD = 11107,  // look for changed files
     timer_wait = 11108,         // the hold of a running wait
     TIMER_ID_LOAD_CONFIG = 11109,  // try again to load the configuration
     TIMER_ID_SAVE_CONFIG = 11110   // write the configuration after a second without changes
@@ -66,6 +70,20 @@ public:
     bool checkQueueHold() const { return mHold; }
     size_t getQueueLength() const { return mQueue.size(); }
 
+    // Files load on the launcher thread, one after the other, from this list.
+    void addToFilesToOpen(const std::string& name);
+    // 27 when a file started to load, else the result of the attempt.
+    int checkForToFilesToOpen(bool first);
+    int openSingleFile(const cOpenFileWithOptionsConfiguration& options);
+    bool checkLauncherIsWorking() const { return mLauncher && mLauncher->checkTaskIsRunning(); }
+    // The stop button of the status bar: the reader stops and keeps what it has read.
+    void interruptLauncher();
+    // Tool bars and browser disabled, wait cursor, the owner told.
+    void setApplicationBusy(bool flag);
+    bool checkApplicationIsBusy() const { return mApplicationBusy; }
+    // Changed files are looked for at the interval of the configuration (off at 0).
+    void timerNotification();
+
     // The door for commands from any thread: another thread's command crosses to the main thread.
     int executeCommandFromThread(wxWaveExplorerCommand& command, bool useThread);
     int executeCommandFromThreadImpl(wxWaveExplorerCommand& command, bool useThread);
@@ -84,9 +102,19 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void serveBridge();
+    int openFileCommand(wxWaveExplorerCommand& command);
+    bool handleLauncherEvent(QEvent* event);
+    void parseDone();
+    void reloadDone();
+    void startReloadTimer();
+    void showStatusText(const std::string& text);
+    // Commands that read the store wait in the queue while the launcher writes it.
+    static bool checkCommandReadsStore(int actionType);
     int performCommand(wxWaveExplorerCommand& command, bool useThread);
     int performOption(wxWaveExplorerCommand& command);
     int performSetFirstSectionIdentifier(wxWaveExplorerCommand& command);
@@ -158,6 +186,14 @@ private:
     wxWaveExplorerNotebook* mNotebook = nullptr;
     QTimer* mNotificationTimer = nullptr;
     wxWaveExplorerConfigurationDialog* mConfigurationDialog = nullptr;
+    std::unique_ptr<wxWaveExplorerLauncher> mLauncher;
+    std::deque<cOpenFileWithOptionsConfiguration> mFilesToOpen;
+    size_t mFilesToOpenTotal = 0;
+    bool mApplicationBusy = false;
+    QToolButton* mStopButton = nullptr;
+    QTimer* mReloadTimer = nullptr;
+    // Changed files that could not be reloaded, told once until they can be again.
+    std::set<std::string> mToldUnreloadable;
     QTimer* mSaveConfigTimer = nullptr;
     QTimer* mLoadConfigTimer = nullptr;
     int mLoadConfigAttempts = 0;

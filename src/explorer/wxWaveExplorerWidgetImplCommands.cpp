@@ -50,7 +50,7 @@ int wxWaveExplorerWidgetImpl::executeCommandFromThreadImpl(wxWaveExplorerCommand
     if (!mQueueEnabled) {
         if (isStatus)
             return kQueued;
-        if (command.checkCommandIsCritical() || !mQueue.empty()) {
+        if (command.checkCommandIsCritical() || !mQueue.empty() || checkCommandReadsStore(command.actionType)) {
             mQueue.push_back(command);
             return kQueued;
         }
@@ -156,6 +156,8 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
         return kOk;
     case cmd_set_first_section_identifier:
         return performSetFirstSectionIdentifier(command);
+    case cmd_open_file:
+        return openFileCommand(command);
     case cmd_show_control_panel:
     case cmd_show_command_logger:
     case cmd_clear_command_logger:

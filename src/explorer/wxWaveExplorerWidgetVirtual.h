@@ -20,7 +20,10 @@ enum action_type : int {
     show_command_logger = 7,
     clear_command_logger = 8,   // double argument 0: the flag of the command
     enable_command_logger = 9,
-    record_user_command = 10  // string argument 0: the command text of a user action on a plot
+    record_user_command = 10,  // string argument 0: the command text of a user action on a plot
+    application_busy = 315,    // a launcher task started: the owner may disable its own controls
+    application_not_busy = 316,
+    file_open_allowed = 323    // string argument 0: the file; an answer other than 0 refuses it
 };
 }  // namespace explorerCallBack
 

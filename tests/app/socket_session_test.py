@@ -118,6 +118,29 @@ class SocketSession(unittest.TestCase):
         answer = wait_until(lambda: (lambda reply: reply if reply != "2" else None)(p.ask("get_number_of_sections")))
         self.assertEqual(answer, '0 "3"')
 
+    def test_queue_waits_for_files_and_plots(self):
+        p = self.peer
+        # The hold of a wait: a plot asked for meanwhile is queued, and made when the wait ends.
+        self.assertEqual(p.ask("wait 2"), "0")
+        self.assertEqual(p.ask("add_plot p1 analog 1 1"), "2")
+        self.assertEqual(p.ask("get_status"), "2")
+        answer = wait_until(lambda: (lambda reply: reply if reply != "2" else None)(p.ask("clear_plot p1")))
+        self.assertEqual(answer, "0", "the plot exists")
+        # A file loads in the background; a curve for the plot waits for it when it is not there yet.
+        rows = "".join("%d,%d\n" % (i, i % 5) for i in range(200000))
+        self.write("big.csv", "time,v\n" + rows)
+        self.assertEqual(p.ask('open_file "%s"' % self.path("big.csv")), "2")
+        self.assertIn(p.ask("add_curve_to_plot_by_name p1 big.csv v 0"), ("0", "2"))
+        answer = wait_until(lambda: (lambda reply: reply if reply != "2" else None)(p.ask("get_status")))
+        self.assertEqual(answer, "0")
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "1"')
+        self.assertIn('Successfully parsed file "%s".' % self.path("big.csv"), p.log_text())
+        # A second open of the same file adds nothing.
+        self.assertEqual(p.ask('open_file "%s"' % self.path("big.csv")), "2")
+        self.assertTrue(p.wait_for_log('The file "%s" has already been opened.' % self.path("big.csv")))
+        wait_until(lambda: p.ask("get_status") != "2")
+        self.assertEqual(p.ask("get_number_of_sections"), '0 "1"')
+
     def test_segments(self):
         p = self.peer
         p.connection.sendall(b"add_section a\nget_number_of_sections\nget_section_name 0\n")
