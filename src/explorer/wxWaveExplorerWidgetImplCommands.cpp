@@ -9,6 +9,7 @@
 #include "base/cVxFilePath.h"
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "model/cCurvePlotDataFile.h"
+#include "wxWaveExplorerBrowserWidget.h"
 #include "wxWaveExplorerWidgetImpl.h"
 #include "wxWaveExplorerWidgetVirtual.h"
 
@@ -140,6 +141,8 @@ int wxWaveExplorerWidgetImpl::performToolWindowCommand(wxWaveExplorerCommand& co
 
 int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, bool)
 {
+    if (const int browserResult = mBrowser->performCommand(command); browserResult >= 0)
+        return browserResult;
     if (cCommandTable::checkIsOption(command.actionType))
         return performOption(command);
     switch (command.actionType) {
