@@ -238,6 +238,7 @@ void wxWaveExplorerBrowserTreeGrid::handleRowContextMenu(unsigned visibleRow, in
 void wxWaveExplorerBrowserTreeGrid::onMouseDown(double x, double y, int button, int modifiers)
 {
     mDragArmed = false;
+    mPressHeldBack = false;
     if (button == button_left && modifiers == 0 && y > getHeaderHeight() && x > getRowHeaderWidth() &&
         getRowHeight() > 0) {
         const unsigned line = getTopVisibleRow() + unsigned((y - getHeaderHeight()) / getRowHeight());
@@ -247,6 +248,7 @@ void wxWaveExplorerBrowserTreeGrid::onMouseDown(double x, double y, int button, 
             // selection changes only if the button comes up without a drag.
             if (effective != npos && checkRowIsSelected(getTotalRow(effective)) && getNumberOfSelectedRows() > 1) {
                 mDragArmed = true;
+                mPressHeldBack = true;
                 mPressX = x;
                 mPressY = y;
                 return;
@@ -266,6 +268,7 @@ void wxWaveExplorerBrowserTreeGrid::onMouseMove(double x, double y, int buttons,
     if (mDragArmed && (buttons & button_left) &&
         std::abs(x - mPressX) + std::abs(y - mPressY) >= QApplication::startDragDistance()) {
         mDragArmed = false;
+        mPressHeldBack = false;
         const std::vector<size_t> selection = getSelectedCurveRows();
         QMimeData* data = mActions.mimeData && !selection.empty() ? mActions.mimeData(selection) : nullptr;
         if (data) {
@@ -280,11 +283,11 @@ void wxWaveExplorerBrowserTreeGrid::onMouseMove(double x, double y, int buttons,
 
 void wxWaveExplorerBrowserTreeGrid::onMouseUp(double x, double y, int button, int modifiers)
 {
-    if (mDragArmed && button == button_left && getNumberOfSelectedRows() > 1 && x == mPressX && y == mPressY) {
+    if (mPressHeldBack && button == button_left) {
         // The press that was held back for a drag selects after all.
-        mDragArmed = false;
-        wxTreeGridImpl::onMouseDown(x, y, button, modifiers);
+        wxTreeGridImpl::onMouseDown(mPressX, mPressY, button, modifiers);
     }
+    mPressHeldBack = false;
     mDragArmed = false;
     wxTreeGridImpl::onMouseUp(x, y, button, modifiers);
 }

@@ -77,6 +77,7 @@ private:
 
     cActions mActions;
     bool mDragArmed = false;
+    bool mPressHeldBack = false;  // a press on a selection of rows, applied on release without a drag
     double mPressX = 0, mPressY = 0;
 };
 
