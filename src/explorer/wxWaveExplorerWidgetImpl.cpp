@@ -20,7 +20,7 @@
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "wxWaveExplorerNotebook.h"
 #include "wxLogSink.h"
-#include "wxWaveExplorerBrowserTreeGrid.h"
+#include "wxWaveExplorerBrowserWidget.h"
 #include "wxWaveExplorerConfigurationDialog.h"
 #include "wxWaveExplorerWidgetVirtual.h"
 
@@ -107,7 +107,7 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
     auto* vertical = new QSplitter(Qt::Vertical, this);
     auto* horizontal = new QSplitter(Qt::Horizontal, vertical);
 
-    mBrowser = new wxWaveExplorerBrowserTreeGrid(horizontal);
+    mBrowser = new wxWaveExplorerBrowserWidget(horizontal, this, *mStore, mLogger);
 
     mNotebook = new wxWaveExplorerNotebook(horizontal, mStore->getMutex(), mLogger,
                                            [this](const std::string& text) { recordUserCommand(text); });

@@ -29,7 +29,7 @@ namespace vx3 {
 
 class cCurvePlotDataFile;
 class cCurvePlotDataSection;
-class wxWaveExplorerBrowserTreeGrid;
+class wxWaveExplorerBrowserWidget;
 class wxLogSink;
 class wxWaveExplorerConfiguration;
 class wxWaveExplorerConfigurationDialog;
@@ -178,7 +178,7 @@ private:
     std::map<uint64_t, uint64_t> mSessionSectionIds;
     bool mStoreChanged = true;
 
-    wxWaveExplorerBrowserTreeGrid* mBrowser = nullptr;
+    wxWaveExplorerBrowserWidget* mBrowser = nullptr;
     QPlainTextEdit* mLogPane = nullptr;
     QStatusBar* mStatusBar = nullptr;
     QProgressBar* mProgress = nullptr;

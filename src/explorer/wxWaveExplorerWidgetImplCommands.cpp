@@ -9,6 +9,7 @@
 #include "base/cVxFilePath.h"
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "model/cCurvePlotDataFile.h"
+#include "wxWaveExplorerBrowserWidget.h"
 #include "wxWaveExplorerWidgetImpl.h"
 #include "wxWaveExplorerWidgetVirtual.h"
 
@@ -142,6 +143,8 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
 {
     if (const int overlay = executeOverlayCommand(command); overlay >= 0)
         return overlay;
+    if (const int browserResult = mBrowser->performCommand(command); browserResult >= 0)
+        return browserResult;
     if (cCommandTable::checkIsOption(command.actionType))
         return performOption(command);
     switch (command.actionType) {

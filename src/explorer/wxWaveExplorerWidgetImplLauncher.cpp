@@ -19,6 +19,7 @@
 #include "model/cCurvePlotDataFile.h"
 #include "wxLogSink.h"
 #include "wxWaveExplorerBrowserTreeGrid.h"
+#include "wxWaveExplorerBrowserWidget.h"
 #include "wxWaveExplorerWidgetImpl.h"
 #include "wxWaveExplorerWidgetVirtual.h"
 
