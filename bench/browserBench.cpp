@@ -47,6 +47,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: %s FILE.vcd\n", argv[0]);
         return 2;
     }
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");  // no window is shown: runs without a display
     QApplication application(argc, argv);
     cCurvePlotDataFile store;
     const auto parseStart = std::chrono::steady_clock::now();
