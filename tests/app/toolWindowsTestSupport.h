@@ -15,27 +15,11 @@
 #include <fstream>
 #include <string>
 
+#include "pumpUntil.h"
 #include "qtZelWaveMainWindow.h"
 #include "widgets/qtVxMainWindow.h"
 
 namespace zwtest {
-
-// Every wait is for its event; the deadline only turns a hang into a failure.
-constexpr qint64 kDeadlineMs = 60000;
-
-template <typename F>
-bool pumpUntil(F condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > kDeadlineMs)
-            return condition();
-        QApplication::processEvents(QEventLoop::AllEvents, 10);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    return true;
-}
 
 // The button of a window with exactly this text; null when there is none or more than one.
 template <typename Button = QAbstractButton>

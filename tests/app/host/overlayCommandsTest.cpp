@@ -23,25 +23,12 @@
 #include "model/cCurvePlotDataSection.h"
 #include "model/derivedCurveFunction.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
+#include "../pumpUntil.h"
 #include "zelwave.h"
 
 namespace {
 
-constexpr qint64 kDeadlineMs = 30000;
-
-template <typename F>
-bool pumpUntil(F condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > kDeadlineMs)
-            return condition();
-        QApplication::processEvents(QEventLoop::AllEvents, 10);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    return true;
-}
+using zwtest::pumpUntil;
 
 class cScratch {
 public:

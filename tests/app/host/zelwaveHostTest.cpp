@@ -25,29 +25,13 @@
 #include <poll.h>
 #include <sys/socket.h>
 
+#include "../pumpUntil.h"
 #include "zelwave.h"
 
 namespace {
 
-// Every wait is for its event; the deadline is only there so that a hang fails instead of
-// blocking the suite. A loaded machine makes a test slower, never red.
-constexpr qint64 kDeadlineMs = 30000;
-
-// Processes events until condition holds or the deadline passes; returns the condition.
-template <typename F>
-bool pumpUntil(F condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > kDeadlineMs)
-            return condition();
-        QApplication::processEvents(QEventLoop::AllEvents, 10);
-        // Outside an event loop a deleteLater is only carried out on request.
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    return true;
-}
+using zwtest::kDeadlineMs;
+using zwtest::pumpUntil;
 
 // Waits without processing events (the main thread must stay away from the viewer).
 template <typename F>
