@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -289,4 +290,58 @@ TEST(pageCommands, DefinePagePlotNamesRenamesInPageOrderAndRefusesClashes)
     EXPECT_NE(log.find("The plot window \"nosuch\" was not found."), std::string::npos) << log;
     EXPECT_EQ(log.find("The plot window \"bottom\" was not found."), std::string::npos) << log;
     EXPECT_EQ(log.find("The plot window \"top\" was not found."), std::string::npos) << log;
+}
+
+TEST(pageCommands, BusesOpenAndCloseByNameAndRowCommandsRefuseWhatTheyCannotDo)
+{
+    cFolder folder;
+    // A 4-bit bus stepping 0, A, 5, F and a clock, as a simulator's dump writes them.
+    std::ofstream(folder.path + "/bus.vcd") << "$timescale 1ns $end\n$scope module top $end\n"
+                                               "$var wire 4 ! bus [3:0] $end\n$var wire 1 \" clk $end\n"
+                                               "$upscope $end\n$enddefinitions $end\n"
+                                               "#0\nb0000 !\n0\"\n#10\nb1010 !\n1\"\n#20\nb0101 !\n0\"\n"
+                                               "#30\nb1111 !\n1\"\n#40\n";
+    const std::string log = runCommands(folder, std::string(kTwoRamps) +
+                                                    "open_file " + folder.path + "/bus.vcd\n"
+                                                    "add_plot d digital 1 1\n"
+                                                    "add_curve_to_plot_by_name d bus.vcd top.bus[3:0] 0\n"
+                                                    "add_curve_to_plot_by_name d bus.vcd top.clk 0\n"
+                                                    "export_page_as_png d closed.png\n"
+                                                    "expand_group_in_plot d top.bus[3:0]\n"
+                                                    "expand_group_in_plot d top.bus[3:0]\n"
+                                                    "export_page_as_png d open.png\n"
+                                                    "collapse_group_in_plot d top.bus[3:0]\n"
+                                                    "add_group_to_plot d control\n"
+                                                    "add_separator_to_plot d end\n"
+                                                    "collapse_group_in_plot d control\n"
+                                                    "collapse_group_in_plot d nosuch\n"
+                                                    "expand_group_in_plot p1 ramp\n"
+                                                    "export_page_as_png d closed_again.png\n");
+    auto image = [&](const char* name) { return QImage(QString::fromStdString(folder.path + "/" + name)); };
+    const QImage closed = image("closed.png"), open = image("open.png"), again = image("closed_again.png");
+    ASSERT_FALSE(closed.isNull()) << log;
+    // Down a column in the first step (everything low): the bus box's two edges and the clock's low
+    // line; opened, four more low lines, one per bit. Grid and row lines are grey, not counted.
+    auto inkRuns = [](const QImage& picture, int column) {
+        int runs = 0;
+        bool inside = false;
+        for (int y = 0; y < picture.height(); ++y) {
+            const QRgb p = picture.pixel(column, y);
+            const bool ink = std::max({qRed(p), qGreen(p), qBlue(p)}) - std::min({qRed(p), qGreen(p), qBlue(p)}) > 100;
+            runs += ink && !inside ? 1 : 0;
+            inside = ink;
+        }
+        return runs;
+    };
+    EXPECT_EQ(inkRuns(closed, 250), 3) << log;
+    EXPECT_EQ(inkRuns(open, 250), 7);
+    // Closed again, with a heading and a separator below the rows that draw nothing.
+    EXPECT_EQ(inkRuns(again, 250), 3);
+    EXPECT_NE(log.find("No group or bus \"nosuch\" in the plot window \"d\"."), std::string::npos) << log;
+    EXPECT_NE(log.find("The plot window \"p1\" has no rows"), std::string::npos) << log;
+    size_t errors = 0;
+    for (size_t at = log.find(" - E - ", log.find("Reading command file")); at != std::string::npos;
+         at = log.find(" - E - ", at + 1))
+        ++errors;
+    EXPECT_EQ(errors, 2u) << log;
 }
