@@ -350,6 +350,25 @@ bool wxSinglePlotOverlay::addCurveAnnotation(size_t curveIndex, const std::strin
     return true;
 }
 
+bool wxSinglePlotOverlay::annotatePointAt(double pixelX, double pixelY, size_t& curveIndex, bool& imaginary,
+                                          double& x, double& y)
+{
+    if (!getClosestCurveIndex(pixelX, pixelY, curveIndex, imaginary))
+        return false;
+    const wxCurveDescription& description = mPlot.getCurves()[curveIndex].description();
+    if (!description.checkIsVariable() || !description.getSection())
+        return false;
+    const cCurvePlotDataSection& section = *description.getSection();
+    const cCurvePlotVariable& variable = description.curvePlotVariable();
+    uint64_t index = 0;
+    if (!variable.findClosestXValue(section, mPlot.xAxis().toDouble(pixelX), index, x) || !std::isfinite(x))
+        return false;
+    uint64_t cursor = 0;
+    if (!variable.findInterpolatedValue(section, x, cursor, y, false, imaginary) || !std::isfinite(y))
+        return false;
+    return addCurveAnnotation(curveIndex, "Point", "<Y Value>", {x, y}, imaginary);
+}
+
 bool wxSinglePlotOverlay::addRiseFallAnnotation(size_t curveIndex, bool imaginary)
 {
     const std::vector<wxSinglePlotWidgetData>& curves = mPlot.getCurves();

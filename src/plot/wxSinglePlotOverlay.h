@@ -130,6 +130,10 @@ public:
     // value at the first ruler to the value at the second, and the first crossings of its low and
     // high levels after the first ruler. A "Rise Time" or "Fall Time" annotation by the direction.
     bool addRiseFallAnnotation(size_t curveIndex, bool imaginary = false);
+    // "Add Annotation" by mouse: a "Point" reading "<Y Value>" at the sample of the curve closest
+    // to canvas pixel (x, y). False (and nothing added) when no curve lies within the hit
+    // tolerance. Tells which curve and the point's data coordinates, for the command log.
+    bool annotatePointAt(double pixelX, double pixelY, size_t& curveIndex, bool& imaginary, double& x, double& y);
     bool clearCurveAnnotations(size_t curveIndex);
     void clearAnnotations();
     const std::vector<singlePlotWidgetAnnotations::wxAnnotation>& getGlobalAnnotations() const { return mGlobal; }

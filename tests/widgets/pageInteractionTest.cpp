@@ -171,3 +171,36 @@ TEST(PageInteraction, DraggingTheEdgeBetweenStackedPlotsMovesTheirShares)
     for (size_t i = 0; i < page.getNbOfPlots(); ++i)
         page.plot(i).clearSectionPtrsForDestructor();
 }
+
+TEST(PageInteraction, AddAnnotationByMouseMarksTheCurvesSampleOrWritesOnTheCanvas)
+{
+    cShownPage t;
+    wxSinglePlotWidgetImpl& lower = t.page.plot(1);
+    const int h = lower.height();
+    auto moveTo = [&](double x, double y) {
+        sendMouse(lower, QEvent::MouseMove, QPoint(int(std::lround(lower.xAxis().toInt(x))),
+                                                   h - int(std::lround(lower.yAxis(0).toInt(y)))),
+                  Qt::NoButton, Qt::NoButton);
+    };
+    // Over the ramp near x = 5: a point on the closest sample that reads the curve's value there.
+    moveTo(5.003, 5.003);
+    ASSERT_TRUE(lower.addAnnotationAtMouse(std::string()));
+    const auto* points = lower.overlay().getCurveAnnotations(0, false);
+    ASSERT_TRUE(points && points->size() == 1u);
+    const double x = points->front().getX(0);
+    EXPECT_TRUE(onSample(x)) << x;
+    EXPECT_NEAR(x, 5.0, 0.03);
+    ASSERT_EQ(t.recorded.size(), 1u);
+    EXPECT_EQ(t.recorded[0].rfind("add_curve_annotation_to_plot_by_id_and_index \"low\" ", 0), 0u) << t.recorded[0];
+    EXPECT_NE(t.recorded[0].find(" Point \"<Y Value>\" "), std::string::npos) << t.recorded[0];
+
+    // Far from the curve: no point; a text given goes where the mouse is.
+    moveTo(8.0, 2.0);
+    EXPECT_FALSE(lower.addAnnotationAtMouse(std::string()));
+    ASSERT_TRUE(lower.addAnnotationAtMouse("note"));
+    ASSERT_EQ(lower.overlay().getGlobalAnnotations().size(), 1u);
+    EXPECT_NEAR(lower.overlay().getGlobalAnnotations()[0].getX(0), 8.0, 0.05);
+    ASSERT_EQ(t.recorded.size(), 2u);
+    EXPECT_EQ(t.recorded[1], "add_text_annotation_to_plot \"low\" \"note\"");
+    EXPECT_EQ(t.page.plot(0).overlay().getNbAnnotations(), 0u) << "annotations stay in their plot";
+}

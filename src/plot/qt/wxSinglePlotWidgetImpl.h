@@ -115,6 +115,10 @@ public:
     // The ruler mode with the cursor at the mouse (the canvas's middle when the mouse is elsewhere):
     // the next click sets the marker, the one after it the cursor. False on an empty plot.
     bool activateRulersAtMouse();
+    // "Add Annotation" at the last mouse position: over a curve a "Point" at its closest sample,
+    // elsewhere on the canvas a text (canvasText; nothing when it is empty). Recorded as the
+    // command that adds it; false when nothing was added.
+    bool addAnnotationAtMouse(const std::string& canvasText);
     // A ruler of a connected plot shown here as well.
     bool setRulerImpl(int ruler, double x) override;
     void clearRulerImpl(int ruler) override;

@@ -84,6 +84,30 @@ void wxSinglePlotWidgetImpl::clearRulerImpl(int ruler)
     plotWidgetRedrawFrame();
 }
 
+bool wxSinglePlotWidgetImpl::addAnnotationAtMouse(const std::string& canvasText)
+{
+    size_t index = 0;
+    bool imaginary = false;
+    double x = 0.0, y = 0.0;
+    if (mOverlay.annotatePointAt(mMouseX, mMouseY, index, imaginary, x, y)) {
+        const wxCurveDescription& description = getCurves()[index].description();
+        recordUserCommand("add_curve_annotation_to_plot_by_id_and_index " + quotedName() + " " +
+                          std::to_string(description.getSection()->getSectionId()) + " " +
+                          std::to_string(description.getCurveIndex()) + (imaginary ? " Point_imag" : " Point") +
+                          " \"<Y Value>\" " + exactNumber(x) + " " + exactNumber(y));
+        plotWidgetRedrawFrame();
+        return true;
+    }
+    if (canvasText.empty() || mMousePosition != canvas)
+        return false;
+    if (!mOverlay.addTextAnnotation(canvasText, xAxis().toDouble(mMouseX), yAxis(0).toDouble(mMouseY)))
+        return false;
+    // The command places its text at the view's top left: the nearest a replay can come.
+    recordUserCommand("add_text_annotation_to_plot " + quotedName() + " " + quoted(canvasText));
+    plotWidgetRedrawFrame();
+    return true;
+}
+
 // --- positions ------------------------------------------------------------------------------------
 
 void wxSinglePlotWidgetImpl::classifyMousePosition(double x, double y)
