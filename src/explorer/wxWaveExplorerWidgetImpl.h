@@ -149,6 +149,9 @@ private:
                              bool clear);
     // The page commands: split, maximize, close, tabs, image export.
     int performPageCommand(wxWaveExplorerCommand& command);
+    int definePagePlotNames(wxWaveExplorerCommand& command);
+    // Group headings, separators, buses and groups opened by name; -1 for other commands.
+    int performRowCommand(wxWaveExplorerCommand& command);
     void recordUserCommand(const std::string& text);
 
     wxWaveExplorerConfiguration& mConfiguration;

@@ -1,5 +1,8 @@
 // The page commands: split a plot, maximize and restore, close plots and tabs, show a page, write
-// a page as an image, and the questions about plots and their names.
+// a page as an image, name the plots of a page, and the questions about plots and their names.
+#include <set>
+
+#include "plot/qt/wxMultiPlotWidget.h"
 #include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "wxWaveExplorerNotebook.h"
 #include "wxWaveExplorerWidgetImpl.h"
@@ -11,7 +14,6 @@ using namespace waveExplorerAction;
 namespace {
 constexpr int kOk = 0;
 constexpr int kFailed = 3;
-constexpr int not_a_plot_command = -1;
 
 const char* exportFormat(int actionType)
 {
@@ -25,6 +27,44 @@ const char* exportFormat(int actionType)
     }
 }
 }  // namespace
+
+// The plots of the page that holds the plot named first take the names that follow, in page
+// order. Names stay unique over all pages: a clash changes nothing.
+int wxWaveExplorerWidgetImpl::definePagePlotNames(wxWaveExplorerCommand& command)
+{
+    wxSinglePlotWidgetImpl* named = findPlotOrLog(command.getStringArgument(0));
+    wxMultiPlotWidget* page = named ? mNotebook->findPage(named) : nullptr;
+    if (!page)
+        return kFailed;
+    std::vector<std::string> names;
+    for (size_t i = 1; i < command.getNumberOfStringArguments(); ++i)
+        names.push_back(command.getStringArgument(i));
+    if (names.size() > page->getNbOfPlots()) {
+        mLogger.warnMsg("The page holds " + std::to_string(page->getNbOfPlots()) + " plots; " +
+                        std::to_string(names.size() - page->getNbOfPlots()) + " names were ignored.");
+        names.resize(page->getNbOfPlots());
+    }
+    std::set<std::string> seen;
+    for (const std::string& name : names) {
+        if (name.empty()) {
+            mLogger.errorMsg("A plot name may not be empty.");
+            return kFailed;
+        }
+        wxSinglePlotWidgetImpl* holder = mNotebook->findPlot(name);
+        const bool elsewhere = holder && mNotebook->findPage(holder) != page;
+        if (elsewhere || !seen.insert(name).second) {
+            mLogger.errorMsg("The plot window \"" + name + "\" already exists.");
+            return kFailed;
+        }
+    }
+    for (size_t i = 0; i < names.size(); ++i) {
+        wxSinglePlotWidgetImpl& plot = page->plot(i);
+        plot.setObjectName(QString::fromStdString("plot_" + names[i]));
+        plot.setPlotName(names[i]);
+        page->setPlotName(i, names[i]);
+    }
+    return kOk;
+}
 
 int wxWaveExplorerWidgetImpl::performPageCommand(wxWaveExplorerCommand& command)
 {
@@ -46,6 +86,7 @@ int wxWaveExplorerWidgetImpl::performPageCommand(wxWaveExplorerCommand& command)
     case cmd_export_page_as_tif:
     case cmd_export_page_as_svg:
         return result(notebook.exportPage(name, exportFormat(command.actionType), command.getStringArgument(0)));
+    case cmd_define_page_plot_names: return definePagePlotNames(command);
     case cmd_show_export_as_image_dialog: return result(notebook.showExportAsImageDialog(name));
     case cmd_get_number_of_plots:
         command.pushReturnValue(static_cast<long>(notebook.getAllPlots().size()));
@@ -70,7 +111,7 @@ int wxWaveExplorerWidgetImpl::performPageCommand(wxWaveExplorerCommand& command)
         return kOk;
     }
     default:
-        return not_a_plot_command;
+        return performRowCommand(command);
     }
 }
 

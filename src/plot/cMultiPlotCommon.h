@@ -217,6 +217,16 @@ public:
         mSync.plotWasZoomed(plot, info.xMin, info.xMax, info.xIsLog, addViewPort);
         plotsChanged();
     }
+    void analogPlotVirtualRulerWasSet(cPlotWidgetCommon* plot, int ruler, double x) override
+    {
+        mSync.rulerWasSet(plot, ruler, x);
+        plotsChanged();
+    }
+    void analogPlotVirtualRulerWasCleared(cPlotWidgetCommon* plot, int ruler) override
+    {
+        mSync.rulerWasCleared(plot, ruler);
+        plotsChanged();
+    }
     void analogPlotVirtualLockXAxisType(cPlotWidgetCommon* plot, unsigned unit) override
     {
         mSync.checkIfConnectionIsPossible(plot, unit);

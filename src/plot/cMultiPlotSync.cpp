@@ -91,6 +91,7 @@ void cMultiPlotSync::synchronizeNewPlot(cPlotWidgetCommon* plot, cConnection& co
         plot->enableLogXAxis(connection.logX);
     }
     computeDefaultBoundingBox(plot);
+    synchronizeAllRulers(plot);
     if (connection.xRangeSet && plot->getNbOfCurves() > 0 && !checkIfXAxisShouldBeUnzoomed(plot)) {
         cSyncGuard guard(mSynchronising);
         followX(*plot, connection.xMin, connection.xMax, true);
@@ -214,6 +215,46 @@ bool cMultiPlotSync::checkIfXAxisTypeIsLocked(const cPlotWidgetCommon* plot, uns
         return false;
     unit = connection->unit;
     return true;
+}
+
+void cMultiPlotSync::rulerWasSet(cPlotWidgetCommon* plot, int ruler, double x)
+{
+    if (mSynchronising || ruler < 0 || ruler > 1)
+        return;
+    cConnection* connection = connectionOf(plot);
+    if (!connection)
+        return;
+    connection->rulers[ruler].set = true;
+    connection->rulers[ruler].x = x;
+    cSyncGuard guard(mSynchronising);
+    for (cPlotWidgetCommon* other : connection->plots)
+        if (other != plot && other->getNbOfCurves() > 0)
+            other->setRulerImpl(ruler, x);
+}
+
+void cMultiPlotSync::rulerWasCleared(cPlotWidgetCommon* plot, int ruler)
+{
+    if (mSynchronising || ruler < 0 || ruler > 1)
+        return;
+    cConnection* connection = connectionOf(plot);
+    if (!connection)
+        return;
+    connection->rulers[ruler].set = false;
+    cSyncGuard guard(mSynchronising);
+    for (cPlotWidgetCommon* other : connection->plots)
+        if (other != plot)
+            other->clearRulerImpl(ruler);
+}
+
+void cMultiPlotSync::synchronizeAllRulers(cPlotWidgetCommon* plot)
+{
+    cConnection* connection = connectionOf(plot);
+    if (!connection || plot->getNbOfCurves() == 0)
+        return;
+    cSyncGuard guard(mSynchronising);
+    for (int ruler = 0; ruler < 2; ++ruler)
+        if (connection->rulers[ruler].set)
+            plot->setRulerImpl(ruler, connection->rulers[ruler].x);
 }
 
 void cMultiPlotSync::curvesWereCleared(cPlotWidgetCommon* plot)

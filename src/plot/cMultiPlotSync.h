@@ -27,6 +27,11 @@ public:
         bool logX = false;
         double bboxXMin = 0.0, bboxXMax = 1.0;
         bool bboxSet = false;
+        // The rulers in force in the group: marker (0) and cursor (1).
+        struct cRulerData {
+            bool set = false;
+            double x = 0.0;
+        } rulers[2];
     };
 
     void setConnectionsEnabled(bool enabled) { mEnabled = enabled; }
@@ -57,6 +62,12 @@ public:
     // A plot left without curves no longer holds the lock.
     void curvesWereCleared(cPlotWidgetCommon* plot);
     bool checkIsSynchronising() const { return mSynchronising; }
+    // A ruler (0 marker, 1 cursor) set or cleared on one plot goes to the others of its group and
+    // stays in the group's ruler data, so that a plot joining later shows it too.
+    void rulerWasSet(cPlotWidgetCommon* plot, int ruler, double x);
+    void rulerWasCleared(cPlotWidgetCommon* plot, int ruler);
+    // Gives the plot the rulers in force in its group (a plot without curves can't show them yet).
+    void synchronizeAllRulers(cPlotWidgetCommon* plot);
     // After curves went into a plot: it takes the group's log state and, while the group is
     // zoomed, its X range; the shared default box is merged anew.
     void bringIntoStep(cPlotWidgetCommon* plot);

@@ -231,6 +231,12 @@ public:
     // "x = ..., y = ..." for canvas pixel (x, y), "y1 = " and "y2 = " with a second Y axis.
     std::string makeCursorPositionText(double x, double y) const;
 
+    // --- rulers from connected plots ----------------------------------------------------------
+    // A ruler (0 marker, 1 cursor) at x in data units, taken from a connected plot: the plot shows
+    // it without telling its page again. The arithmetic plot has no rulers: false.
+    virtual bool setRulerImpl(int ruler, double x) { return false; }
+    virtual void clearRulerImpl(int ruler) {}
+
     // --- sliding window of growing curves ------------------------------------------------------
     void defineSlidingWindow(double width, double pauseSeconds);
     void removeSlidingWindow() { mSlidingWindowDefined = false; }

@@ -158,6 +158,106 @@ void wxSinglePlotOverlay::clearRulers()
     }
 }
 
+void wxSinglePlotOverlay::clearRulersLocally()
+{
+    mMarker.clear();
+    mCursor.clear();
+    mRulerState = no_ruler;
+}
+
+wxSinglePlotWidgetRuler* wxSinglePlotOverlay::rulerOfType(int type)
+{
+    return type == singlePlotWidgetRuler::marker_ruler ? &mMarker
+           : type == singlePlotWidgetRuler::cursor_ruler ? &mCursor
+                                                         : nullptr;
+}
+
+bool wxSinglePlotOverlay::setRulerFromConnection(int type, double x)
+{
+    wxSinglePlotWidgetRuler* ruler = rulerOfType(type);
+    if (!ruler || mPlot.getCurves().empty() || !std::isfinite(x))
+        return false;
+    ruler->setPositionX(x, singlePlotWidgetRuler::set_by_connection);
+    if (ruler == &mMarker)
+        mCursor.computeDoubleYCoordinates();
+    // A plot in the middle of setting its own rulers by clicks keeps its mode.
+    if (mRulerState == no_ruler && mMarker.checkIsEnabled() && mCursor.checkIsEnabled())
+        mRulerState = both_rulers_set;
+    return true;
+}
+
+void wxSinglePlotOverlay::clearRulerFromConnection(int type)
+{
+    wxSinglePlotWidgetRuler* ruler = rulerOfType(type);
+    if (!ruler)
+        return;
+    ruler->clear();
+    if (ruler == &mMarker)
+        mCursor.computeDoubleYCoordinates();
+    if (mRulerState == both_rulers_set)
+        mRulerState = no_ruler;
+}
+
+int wxSinglePlotOverlay::rulerHitTest(double x, double tolerance) const
+{
+    for (const wxSinglePlotWidgetRuler* ruler : {&mCursor, &mMarker})
+        if (ruler->checkIsEnabled() && std::fabs(ruler->getPixelX() - x) <= tolerance)
+            return ruler->getType();
+    return -1;
+}
+
+bool wxSinglePlotOverlay::checkIsMovingRuler() const
+{
+    return mRulerState == moving_marker || mRulerState == moving_cursor;
+}
+
+bool wxSinglePlotOverlay::startMovingRuler(int type)
+{
+    const wxSinglePlotWidgetRuler* ruler = rulerOfType(type);
+    if (!ruler || !ruler->checkIsEnabled() || checkIsMovingRuler())
+        return false;
+    mStateBeforeMove = mRulerState;
+    mRulerState = type == singlePlotWidgetRuler::marker_ruler ? moving_marker : moving_cursor;
+    return true;
+}
+
+bool wxSinglePlotOverlay::moveRuler(double x, double y)
+{
+    if (!checkIsMovingRuler())
+        return false;
+    const plotWidgetCommon::cCanvasLayout& canvas = mPlot.getCanvasLayout();
+    x = std::clamp(x, canvas.xLow, canvas.xHigh);
+    wxSinglePlotWidgetRuler& ruler = mRulerState == moving_marker ? mMarker : mCursor;
+    // Set by hand from now on: after the first step it snaps like a ruler placed by a click.
+    const bool changed = ruler.setPosition(x, y, false, singlePlotWidgetRuler::follow_mouse, settings.snapToGrid);
+    if (&ruler == &mMarker)
+        mCursor.computeDoubleYCoordinates();
+    return changed;
+}
+
+int wxSinglePlotOverlay::endMovingRuler()
+{
+    if (!checkIsMovingRuler())
+        return -1;
+    const wxSinglePlotWidgetRuler& ruler = mRulerState == moving_marker ? mMarker : mCursor;
+    mRulerState = mStateBeforeMove;
+    if (mPage)
+        mPage->analogPlotVirtualRulerWasSet(&mPlot, ruler.getType(), ruler.getX());
+    return ruler.getType();
+}
+
+bool wxSinglePlotOverlay::moveRulerByKey(int type, int pixels)
+{
+    wxSinglePlotWidgetRuler* ruler = rulerOfType(type);
+    if (!ruler || !ruler->checkIsEnabled() || !ruler->incrementPosition(pixels, settings.snapToGrid))
+        return false;
+    if (ruler == &mMarker)
+        mCursor.computeDoubleYCoordinates();
+    if (mPage)
+        mPage->analogPlotVirtualRulerWasSet(&mPlot, ruler->getType(), ruler->getX());
+    return true;
+}
+
 bool wxSinglePlotOverlay::getClosestCurveIndex(double x, double y, size_t& index, bool& imaginary) const
 {
     if (!settings.hitTest)
@@ -248,6 +348,25 @@ bool wxSinglePlotOverlay::addCurveAnnotation(size_t curveIndex, const std::strin
     }
     (imaginary ? mCurveAnnotations[group].imag : mCurveAnnotations[group].real).push_back(std::move(annotation));
     return true;
+}
+
+bool wxSinglePlotOverlay::annotatePointAt(double pixelX, double pixelY, size_t& curveIndex, bool& imaginary,
+                                          double& x, double& y)
+{
+    if (!getClosestCurveIndex(pixelX, pixelY, curveIndex, imaginary))
+        return false;
+    const wxCurveDescription& description = mPlot.getCurves()[curveIndex].description();
+    if (!description.checkIsVariable() || !description.getSection())
+        return false;
+    const cCurvePlotDataSection& section = *description.getSection();
+    const cCurvePlotVariable& variable = description.curvePlotVariable();
+    uint64_t index = 0;
+    if (!variable.findClosestXValue(section, mPlot.xAxis().toDouble(pixelX), index, x) || !std::isfinite(x))
+        return false;
+    uint64_t cursor = 0;
+    if (!variable.findInterpolatedValue(section, x, cursor, y, false, imaginary) || !std::isfinite(y))
+        return false;
+    return addCurveAnnotation(curveIndex, "Point", "<Y Value>", {x, y}, imaginary);
 }
 
 bool wxSinglePlotOverlay::addRiseFallAnnotation(size_t curveIndex, bool imaginary)
@@ -343,7 +462,8 @@ void wxSinglePlotOverlay::curvesChanged()
 {
     mLegend.update(mPlot.getCurves());
     if (mPlot.getCurves().empty()) {
-        clearRulers();
+        // Only this plot lost its curves: connected plots keep their rulers.
+        clearRulersLocally();
         return;
     }
     mMarker.computeDoublePosition();

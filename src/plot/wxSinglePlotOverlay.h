@@ -98,6 +98,24 @@ public:
     bool setCursor(double x, const std::string& name);
     bool clearRuler(const std::string& name);
     void clearRulers();
+    // A ruler (marker_ruler, cursor_ruler) taken from a connected plot: shown here and not told
+    // back to the page.
+    bool setRulerFromConnection(int type, double x);
+    void clearRulerFromConnection(int type);
+
+    // --- moving a ruler that is set --------------------------------------------------------------
+    // The ruler whose line lies within tolerance pixels of canvas pixel x, the cursor first: its
+    // type, or -1.
+    int rulerHitTest(double x, double tolerance) const;
+    bool startMovingRuler(int type);
+    bool checkIsMovingRuler() const;
+    // During a drag: the ruler goes to the mouse (snapping as a ruler set by a click does).
+    bool moveRuler(double x, double y);
+    // Ends a drag and tells the page where the ruler stayed: the ruler's type, -1 when none moved.
+    int endMovingRuler();
+    // The arrow keys: to the next sample in the direction (by pixels when not snapping); the page
+    // is told.
+    bool moveRulerByKey(int type, int pixels);
 
     // --- closest curve -------------------------------------------------------------------------
     bool getClosestCurveIndex(double x, double y, size_t& index, bool& imaginary) const;
@@ -112,6 +130,10 @@ public:
     // value at the first ruler to the value at the second, and the first crossings of its low and
     // high levels after the first ruler. A "Rise Time" or "Fall Time" annotation by the direction.
     bool addRiseFallAnnotation(size_t curveIndex, bool imaginary = false);
+    // "Add Annotation" by mouse: a "Point" reading "<Y Value>" at the sample of the curve closest
+    // to canvas pixel (x, y). False (and nothing added) when no curve lies within the hit
+    // tolerance. Tells which curve and the point's data coordinates, for the command log.
+    bool annotatePointAt(double pixelX, double pixelY, size_t& curveIndex, bool& imaginary, double& x, double& y);
     bool clearCurveAnnotations(size_t curveIndex);
     void clearAnnotations();
     const std::vector<singlePlotWidgetAnnotations::wxAnnotation>& getGlobalAnnotations() const { return mGlobal; }
@@ -162,7 +184,11 @@ private:
     wxSinglePlotWidgetRuler mMarker;
     wxSinglePlotWidgetRuler mCursor;
     wxSinglePlotWidgetRuler mHitTest;
+    void clearRulersLocally();
+    wxSinglePlotWidgetRuler* rulerOfType(int type);
+
     int mRulerState = singlePlotOverlay::no_ruler;
+    int mStateBeforeMove = singlePlotOverlay::no_ruler;
     std::vector<singlePlotWidgetAnnotations::wxAnnotation> mGlobal;
     std::vector<singlePlotOverlay::cCurveAnnotations> mCurveAnnotations;
     std::vector<singlePlotOverlay::cOverlayBox> mBoxes;

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -204,4 +205,143 @@ TEST(pageCommands, MaximizeCloseAndPageKinds)
     // Closing the only plot of a page frees its name.
     EXPECT_EQ(log.find("The plot window \"w\" already exists."), std::string::npos) << log;
     EXPECT_EQ(log.find("was not found"), std::string::npos) << log;
+}
+
+namespace {
+// The cursor's dashed line is drawn in its own red; the marker's in a mid blue.
+bool isCursorPixel(QRgb p) { return qRed(p) > 180 && qGreen(p) > 35 && qGreen(p) < 85 && qBlue(p) < 60; }
+bool isMarkerPixel(QRgb p) { return qRed(p) < 60 && qGreen(p) > 90 && qGreen(p) < 135 && qBlue(p) > 180; }
+
+// The column where a ruler's line runs down the rows top .. bottom: the column with the most
+// pixels of its colour, when they cover at least a third of the rows (a dashed line does; a value
+// box does not); -1 otherwise.
+int rulerColumn(const QImage& image, int top, int bottom, bool (*isRuler)(QRgb))
+{
+    int best = -1, bestCount = 0;
+    for (int x = 0; x < image.width(); ++x) {
+        int count = 0;
+        for (int y = top; y < bottom; ++y)
+            count += isRuler(image.pixel(x, y)) ? 1 : 0;
+        if (count > bestCount)
+            best = x, bestCount = count;
+    }
+    return bestCount * 3 >= bottom - top ? best : -1;
+}
+}  // namespace
+
+TEST(pageCommands, RulersSetOnOnePlotShowInEveryConnectedPlotAndInOneConnectedLater)
+{
+    cFolder folder;
+    const std::string log = runCommands(folder, std::string(kTwoRamps) +
+                                                    "set_cursor p1 3 C1\n"
+                                                    "set_cursor p1_2 7 M1\n"
+                                                    "export_page_as_png p1 both.png\n"
+                                                    "split_vertically p1_2\n"
+                                                    "add_curve_to_plot_by_name p1_2_2 data ramp 0\n"
+                                                    "export_page_as_png p1 three.png\n"
+                                                    "reset_cursor p1_2_2 C1\n"
+                                                    "export_page_as_png p1 cleared.png\n");
+    auto image = [&](const char* name) { return QImage(QString::fromStdString(folder.path + "/" + name)); };
+    const QImage both = image("both.png"), three = image("three.png"), cleared = image("cleared.png");
+    ASSERT_FALSE(both.isNull()) << log;
+    // Two plots of 400 rows: each ruler at one column in both, the cursor left of the marker.
+    const int c1 = rulerColumn(both, 40, 360, isCursorPixel), m1 = rulerColumn(both, 40, 360, isMarkerPixel);
+    ASSERT_GT(c1, 0) << log;
+    ASSERT_GT(m1, c1);
+    EXPECT_NEAR(rulerColumn(both, 440, 760, isCursorPixel), c1, 1);
+    EXPECT_NEAR(rulerColumn(both, 440, 760, isMarkerPixel), m1, 1);
+    // The lower plot split: p1_2_2, given its curve after the rulers were set, shows them too.
+    ASSERT_FALSE(three.isNull());
+    EXPECT_NEAR(rulerColumn(three, 630, 770, isCursorPixel), c1, 1);
+    EXPECT_NEAR(rulerColumn(three, 630, 770, isMarkerPixel), m1, 1);
+    // The cursor cleared in p1_2_2 is gone from every plot; the marker stays in all.
+    for (const auto& [top, bottom] : {std::pair{40, 360}, std::pair{430, 570}, std::pair{630, 770}}) {
+        EXPECT_EQ(rulerColumn(cleared, top, bottom, isCursorPixel), -1) << top;
+        EXPECT_NEAR(rulerColumn(cleared, top, bottom, isMarkerPixel), m1, 1) << top;
+    }
+    EXPECT_EQ(log.find(" - E - ", log.find("Reading command file")), std::string::npos) << log;
+}
+
+TEST(pageCommands, DefinePagePlotNamesRenamesInPageOrderAndRefusesClashes)
+{
+    cFolder folder;
+    const std::string log = runCommands(folder, std::string(kTwoRamps) +
+                                                    "add_plot other analog 1 0\n"
+                                                    "define_page_plot_names p1_2 top bottom extra\n"
+                                                    "zoom bottom 0 5 0 5 0 1\n"
+                                                    "export_page_as_png top renamed.png\n"
+                                                    "define_page_plot_names top other x\n"
+                                                    "define_page_plot_names top same same\n"
+                                                    "define_page_plot_names nosuch a b\n"
+                                                    "export_page_as_png bottom after.png\n");
+    EXPECT_NE(log.find("names were ignored"), std::string::npos) << log;
+    // Renamed plots answer to their new names: the zoom and the exports reached them.
+    const QImage renamed(QString::fromStdString(folder.path + "/renamed.png"));
+    ASSERT_FALSE(renamed.isNull()) << log;
+    EXPECT_TRUE(renamed == QImage(QString::fromStdString(folder.path + "/after.png")))
+        << "refused renames change nothing";
+    // "bottom" is the lower plot: zoomed in Y, its ramp crosses a column higher in its half than the
+    // upper plot's, which followed in X only.
+    const std::vector<double> runs = curveRuns(renamed, 900);
+    ASSERT_EQ(runs.size(), 2u);
+    EXPECT_LT(runs[1] - 400.0, runs[0] - 60.0);
+    EXPECT_NE(log.find("The plot window \"other\" already exists."), std::string::npos) << log;
+    EXPECT_NE(log.find("The plot window \"same\" already exists."), std::string::npos) << log;
+    EXPECT_NE(log.find("The plot window \"nosuch\" was not found."), std::string::npos) << log;
+    EXPECT_EQ(log.find("The plot window \"bottom\" was not found."), std::string::npos) << log;
+    EXPECT_EQ(log.find("The plot window \"top\" was not found."), std::string::npos) << log;
+}
+
+TEST(pageCommands, BusesOpenAndCloseByNameAndRowCommandsRefuseWhatTheyCannotDo)
+{
+    cFolder folder;
+    // A 4-bit bus stepping 0, A, 5, F and a clock, as a simulator's dump writes them.
+    std::ofstream(folder.path + "/bus.vcd") << "$timescale 1ns $end\n$scope module top $end\n"
+                                               "$var wire 4 ! bus [3:0] $end\n$var wire 1 \" clk $end\n"
+                                               "$upscope $end\n$enddefinitions $end\n"
+                                               "#0\nb0000 !\n0\"\n#10\nb1010 !\n1\"\n#20\nb0101 !\n0\"\n"
+                                               "#30\nb1111 !\n1\"\n#40\n";
+    const std::string log = runCommands(folder, std::string(kTwoRamps) +
+                                                    "open_file " + folder.path + "/bus.vcd\n"
+                                                    "add_plot d digital 1 1\n"
+                                                    "add_curve_to_plot_by_name d bus.vcd top.bus[3:0] 0\n"
+                                                    "add_curve_to_plot_by_name d bus.vcd top.clk 0\n"
+                                                    "export_page_as_png d closed.png\n"
+                                                    "expand_group_in_plot d top.bus[3:0]\n"
+                                                    "expand_group_in_plot d top.bus[3:0]\n"
+                                                    "export_page_as_png d open.png\n"
+                                                    "collapse_group_in_plot d top.bus[3:0]\n"
+                                                    "add_group_to_plot d control\n"
+                                                    "add_separator_to_plot d end\n"
+                                                    "collapse_group_in_plot d control\n"
+                                                    "collapse_group_in_plot d nosuch\n"
+                                                    "expand_group_in_plot p1 ramp\n"
+                                                    "export_page_as_png d closed_again.png\n");
+    auto image = [&](const char* name) { return QImage(QString::fromStdString(folder.path + "/" + name)); };
+    const QImage closed = image("closed.png"), open = image("open.png"), again = image("closed_again.png");
+    ASSERT_FALSE(closed.isNull()) << log;
+    // Down a column in the first step (everything low): the bus box's two edges and the clock's low
+    // line; opened, four more low lines, one per bit. Grid and row lines are grey, not counted.
+    auto inkRuns = [](const QImage& picture, int column) {
+        int runs = 0;
+        bool inside = false;
+        for (int y = 0; y < picture.height(); ++y) {
+            const QRgb p = picture.pixel(column, y);
+            const bool ink = std::max({qRed(p), qGreen(p), qBlue(p)}) - std::min({qRed(p), qGreen(p), qBlue(p)}) > 100;
+            runs += ink && !inside ? 1 : 0;
+            inside = ink;
+        }
+        return runs;
+    };
+    EXPECT_EQ(inkRuns(closed, 250), 3) << log;
+    EXPECT_EQ(inkRuns(open, 250), 7);
+    // Closed again, with a heading and a separator below the rows that draw nothing.
+    EXPECT_EQ(inkRuns(again, 250), 3);
+    EXPECT_NE(log.find("No group or bus \"nosuch\" in the plot window \"d\"."), std::string::npos) << log;
+    EXPECT_NE(log.find("The plot window \"p1\" has no rows"), std::string::npos) << log;
+    size_t errors = 0;
+    for (size_t at = log.find(" - E - ", log.find("Reading command file")); at != std::string::npos;
+         at = log.find(" - E - ", at + 1))
+        ++errors;
+    EXPECT_EQ(errors, 2u) << log;
 }

@@ -3,6 +3,7 @@
 // share moves between neighbours when the edge between them is dragged.
 #pragma once
 
+#include <QWidget>
 #include <vector>
 
 #include "plot/qt/wxSharedXPlotPage.h"
@@ -14,6 +15,8 @@ namespace stackedPlotPage {
 constexpr int bare_bottom_margin = 6;
 // No plot is moved below this share of the page by a drag.
 constexpr double smallest_share = 0.1;
+// How close, in pixels, a press must come to the edge between two plots to take hold of it.
+constexpr int edge_grip_pixels = 4;
 }  // namespace stackedPlotPage
 
 class cStackedPlotPage : public wxSharedXPlotPage {
@@ -29,6 +32,9 @@ public:
     // index past the plots; the move stops where a plot would get too small.
     bool moveEdgeBelow(size_t index, double share);
     const std::vector<double>& getShares() const { return mShares; }
+    // The edge a press at widget row y of plot index takes hold of (the edge under plot edge),
+    // -1 for none.
+    int edgeAt(size_t index, int y) const;
 
 protected:
     cStackedPlotPage(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger, int plotKind);
@@ -36,10 +42,17 @@ protected:
     // and of that kind.
     size_t takeBottomPlot(int plotKind);
     void layoutChanged() override;
+    // Presses near the edge between two plots drag that edge; the plots get everything else.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void restack();
+    // The line that shows where a dragged edge will go, at page row y.
+    void drawResizeIndicatorLine(int y);
     std::vector<double> mShares;
+    QWidget* mIndicator = nullptr;
+    int mDraggedEdge = -1;
+    QWidget* mEdgeCursorPlot = nullptr;  // the plot showing the edge's cursor
 };
 
 }  // namespace vx3

@@ -111,6 +111,33 @@ bool wxDigitalRowsPlot::toggleRow(size_t row)
     return changed;
 }
 
+bool wxDigitalRowsPlot::expandRow(size_t row, bool expand)
+{
+    if (row >= mRows.size())
+        return false;
+    const digitalPlotPageRows::cRow& target = mRows.row(row);
+    bool changed = false;
+    if (target.kind == digitalPlotPageRows::row_group)
+        changed = target.expanded != expand && mRows.expandGroup(row, expand);
+    else if (target.kind == digitalPlotPageRows::row_curve && target.width > 1)
+        changed = expand ? mRows.expandBus(row) : mRows.collapseBus(row);
+    if (changed)
+        rowsChanged();
+    return changed;
+}
+
+int wxDigitalRowsPlot::findExpandableRow(const std::string& name) const
+{
+    for (size_t i = 0; i < mRows.size(); ++i) {
+        const digitalPlotPageRows::cRow& row = mRows.row(i);
+        const bool expandable = row.kind == digitalPlotPageRows::row_group ||
+                                (row.kind == digitalPlotPageRows::row_curve && row.width > 1);
+        if (expandable && row.name == name)
+            return static_cast<int>(i);
+    }
+    return -1;
+}
+
 bool wxDigitalRowsPlot::removeRow(size_t row)
 {
     const bool changed = mRows.removeRow(row);

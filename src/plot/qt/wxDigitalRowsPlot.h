@@ -35,6 +35,10 @@ public:
     bool expandBus(size_t row);
     bool collapseBus(size_t row);
     bool toggleRow(size_t row);
+    // Opens or closes a bus or a group row; false for other rows or when nothing changed.
+    bool expandRow(size_t row, bool expand);
+    // The first bus or group row of the name, -1 for none.
+    int findExpandableRow(const std::string& name) const;
     bool removeRow(size_t row);
     void setRowHeights(const digitalPlotPageRows::cRowHeights& heights);
     bool scrollRows(double pixels);

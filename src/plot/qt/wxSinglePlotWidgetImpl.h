@@ -115,6 +115,13 @@ public:
     // The ruler mode with the cursor at the mouse (the canvas's middle when the mouse is elsewhere):
     // the next click sets the marker, the one after it the cursor. False on an empty plot.
     bool activateRulersAtMouse();
+    // "Add Annotation" at the last mouse position: over a curve a "Point" at its closest sample,
+    // elsewhere on the canvas a text (canvasText; nothing when it is empty). Recorded as the
+    // command that adds it; false when nothing was added.
+    bool addAnnotationAtMouse(const std::string& canvasText);
+    // A ruler of a connected plot shown here as well.
+    bool setRulerImpl(int ruler, double x) override;
+    void clearRulerImpl(int ruler) override;
     // The context menu for the mouse at the last position; the caller owns it.
     QMenu* createMainContextMenu(QWidget* parent);
     // A curve list (curve-list XML or plain text of it) added as one undo step; the reason of a
@@ -158,6 +165,8 @@ protected:
 private:
     // Interaction (wxSinglePlotWidgetImplMouse.cpp).
     void classifyMousePosition(double x, double y);
+    // The ruler of a type where it stands, as the set_cursor command that puts it there.
+    void recordRulerCommand(int ruler);
     void handleMouseWheel(double steps);
     void mouseAutoScroll();
     void applyScheduledOperationAndRecord();

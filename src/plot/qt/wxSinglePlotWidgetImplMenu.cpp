@@ -2,6 +2,7 @@
 // window, in groups, with the rulers, annotations and the radix of bus values.
 #include <functional>
 #include <QContextMenuEvent>
+#include <QInputDialog>
 #include <QMenu>
 
 #include "model/derivedCurveFunction.h"
@@ -143,6 +144,21 @@ QMenu* wxSinglePlotWidgetImpl::createMainContextMenu(QWidget* parent)
         action->setChecked(type == mDigitalType);
         connect(action, &QAction::triggered, this, [this, type] { setDigitalRadix(type); });
     }
+    QAction* addAnnotation = menu->addAction("Add Annotation");
+    addAnnotation->setEnabled(!empty);
+    connect(addAnnotation, &QAction::triggered, this, [this] {
+        size_t index = 0;
+        bool imaginary = false;
+        // Over a curve the point needs no text of its own; elsewhere the user says what to write.
+        if (mOverlay.getClosestCurveIndex(mMouseX, mMouseY, index, imaginary)) {
+            addAnnotationAtMouse(std::string());
+            return;
+        }
+        bool ok = false;
+        const QString text = QInputDialog::getText(this, "Add Annotation", "Text:", QLineEdit::Normal, QString(), &ok);
+        if (ok && !text.trimmed().isEmpty())
+            addAnnotationAtMouse(text.toStdString());
+    });
     QAction* removeAnnotations = menu->addAction("Remove Annotations");
     removeAnnotations->setEnabled(mOverlay.getNbAnnotations() > 0);
     connect(removeAnnotations, &QAction::triggered, this, [this] {

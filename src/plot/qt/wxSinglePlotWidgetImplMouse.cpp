@@ -40,6 +40,9 @@ std::string exactNumber(double value)
 }
 
 std::string quoted(const std::string& text) { return "\"" + text + "\""; }
+
+// How close, in pixels, a press must come to a ruler's line to take hold of it.
+constexpr double ruler_grip_pixels = 4.0;
 }  // namespace
 
 // --- recording ------------------------------------------------------------------------------------
@@ -58,6 +61,51 @@ std::string wxSinglePlotWidgetImpl::makeZoomCommandText() const
     return "zoom " + quoted(mPlotName) + " " + exactNumber(x.getMin()) + " " + exactNumber(x.getMax()) + " " +
            exactNumber(y0.getMin()) + " " + exactNumber(y0.getMax()) + " " + exactNumber(y1.getMin()) + " " +
            exactNumber(y1.getMax());
+}
+
+void wxSinglePlotWidgetImpl::recordRulerCommand(int ruler)
+{
+    const wxSinglePlotWidgetRuler& moved =
+        ruler == singlePlotWidgetRuler::marker_ruler ? mOverlay.marker() : mOverlay.cursor();
+    recordUserCommand("set_cursor " + quotedName() + " " + exactNumber(moved.getX()) + " " + moved.getName());
+}
+
+bool wxSinglePlotWidgetImpl::setRulerImpl(int ruler, double x)
+{
+    if (!mOverlay.setRulerFromConnection(ruler, x))
+        return false;
+    plotWidgetRedrawFrame();
+    return true;
+}
+
+void wxSinglePlotWidgetImpl::clearRulerImpl(int ruler)
+{
+    mOverlay.clearRulerFromConnection(ruler);
+    plotWidgetRedrawFrame();
+}
+
+bool wxSinglePlotWidgetImpl::addAnnotationAtMouse(const std::string& canvasText)
+{
+    size_t index = 0;
+    bool imaginary = false;
+    double x = 0.0, y = 0.0;
+    if (mOverlay.annotatePointAt(mMouseX, mMouseY, index, imaginary, x, y)) {
+        const wxCurveDescription& description = getCurves()[index].description();
+        recordUserCommand("add_curve_annotation_to_plot_by_id_and_index " + quotedName() + " " +
+                          std::to_string(description.getSection()->getSectionId()) + " " +
+                          std::to_string(description.getCurveIndex()) + (imaginary ? " Point_imag" : " Point") +
+                          " \"<Y Value>\" " + exactNumber(x) + " " + exactNumber(y));
+        plotWidgetRedrawFrame();
+        return true;
+    }
+    if (canvasText.empty() || mMousePosition != canvas)
+        return false;
+    if (!mOverlay.addTextAnnotation(canvasText, xAxis().toDouble(mMouseX), yAxis(0).toDouble(mMouseY)))
+        return false;
+    // The command places its text at the view's top left: the nearest a replay can come.
+    recordUserCommand("add_text_annotation_to_plot " + quotedName() + " " + quoted(canvasText));
+    plotWidgetRedrawFrame();
+    return true;
 }
 
 // --- positions ------------------------------------------------------------------------------------
@@ -108,14 +156,21 @@ void wxSinglePlotWidgetImpl::onMouseDown(double x, double y, int button, int mod
     const int rulerState = mOverlay.getRulerState();
     if (rulerState == singlePlotOverlay::waiting_for_marker || rulerState == singlePlotOverlay::waiting_for_cursor) {
         if (mOverlay.leftClick(mMouseX, mMouseY)) {
-            const wxSinglePlotWidgetRuler& ruler =
-                rulerState == singlePlotOverlay::waiting_for_marker ? mOverlay.marker() : mOverlay.cursor();
             // A ruler set by hand is the ruler at that X, as a command file sets it.
-            recordUserCommand("set_cursor " + quotedName() + " " + exactNumber(ruler.getX()) + " " + ruler.getName());
+            recordRulerCommand(rulerState == singlePlotOverlay::waiting_for_marker ? singlePlotWidgetRuler::marker_ruler
+                                                                                    : singlePlotWidgetRuler::cursor_ruler);
             plotWidgetRedrawFrame();
         }
         return;
     }
+    // A press on the line of a ruler that is set takes hold of it; the release puts it down.
+    if (!(modifiers & Qt::ShiftModifier))
+        if (const int ruler = mOverlay.rulerHitTest(mMouseX, ruler_grip_pixels);
+            ruler >= 0 && mOverlay.startMovingRuler(ruler)) {
+            mLeftDown = true;
+            setCursor(Qt::SizeHorCursor);
+            return;
+        }
     if (handleLeftDownOnCurve(modifiers & Qt::ShiftModifier, modifiers & Qt::ControlModifier))
         return;
     mLeftDown = true;
@@ -182,6 +237,14 @@ void wxSinglePlotWidgetImpl::onMouseUp(double x, double y, int button, int modif
         return;
     mLeftDown = false;
     classifyMousePosition(x, y);
+    if (mOverlay.checkIsMovingRuler()) {
+        mOverlay.moveRuler(mMouseX, mMouseY);
+        unsetCursor();
+        if (const int ruler = mOverlay.endMovingRuler(); ruler >= 0)
+            recordRulerCommand(ruler);
+        plotWidgetRedrawFrame();
+        return;
+    }
     const int style = mZoomBox.getStyle();
     if (style == drag_box || style == drag_box_ctrl) {
         const plotWidgetCommon::cCanvasLayout& layout = getCanvasLayout();
@@ -207,8 +270,12 @@ void wxSinglePlotWidgetImpl::onMouseMove(double x, double y, int buttons, int mo
         startDragOperation();
         return;
     }
-    if (mOverlay.mouseMoved(mMouseX, mMouseY))
+    if (mOverlay.checkIsMovingRuler()) {
+        if (mOverlay.moveRuler(mMouseX, mMouseY))
+            plotWidgetRedrawFrame();
+    } else if (mOverlay.mouseMoved(mMouseX, mMouseY)) {
         plotWidgetRedrawFrame();
+    }
     if (wxAnalogPlotVirtual* page = getPage(); page && mMousePosition == canvas) {
         page->analogPlotVirtualSetCursorPosition(this, xAxis().toDouble(mMouseX));
         page->analogPlotVirtualSetCursorPositionText(this, makeCursorPositionText(mMouseX, mMouseY));
@@ -364,6 +431,12 @@ void wxSinglePlotWidgetImpl::escapePressedAction()
     mZoomBox.hide();
     mLeftDown = false;
     mDragArmed = false;
+    if (mOverlay.checkIsMovingRuler()) {
+        // A ruler being dragged stays where it is now.
+        unsetCursor();
+        if (const int ruler = mOverlay.endMovingRuler(); ruler >= 0)
+            recordRulerCommand(ruler);
+    }
     mOverlay.escapePressedAction();
     plotWidgetRedrawFrame();
 }
@@ -376,6 +449,16 @@ bool wxSinglePlotWidgetImpl::onKeyDown(int key, int modifiers, const QString& te
     };
     if (key == Qt::Key_Escape) {
         escapePressedAction();
+        return true;
+    }
+    if ((key == Qt::Key_Left || key == Qt::Key_Right) && !(modifiers & Qt::ControlModifier)) {
+        // The cursor moves sample by sample; with Shift the marker does.
+        const int ruler = (modifiers & Qt::ShiftModifier) ? singlePlotWidgetRuler::marker_ruler
+                                                          : singlePlotWidgetRuler::cursor_ruler;
+        if (!mOverlay.moveRulerByKey(ruler, key == Qt::Key_Right ? 1 : -1))
+            return false;
+        recordRulerCommand(ruler);
+        plotWidgetRedrawFrame();
         return true;
     }
     if (key == Qt::Key_Space && mZoomBox.checkIsShown()) {
