@@ -75,6 +75,24 @@ void wxWaveExplorerBrowserTreeGrid::refresh(cCurvePlotDataFile& store)
         }
     redraw();
     update();
+    reportSelection();
+}
+
+void wxWaveExplorerBrowserTreeGrid::reportSelection()
+{
+    const size_t count = getNumberOfSelectedRows();
+    if (count == mReportedSelection)
+        return;
+    mReportedSelection = count;
+    if (mActions.selectionChanged)
+        mActions.selectionChanged(count);
+}
+
+bool wxWaveExplorerBrowserTreeGrid::onKeyDown(int key, int modifiers, const QString& text)
+{
+    const bool used = wxTreeGridImpl::onKeyDown(key, modifiers, text);
+    reportSelection();
+    return used;
 }
 
 void wxWaveExplorerBrowserTreeGrid::showRow(size_t row)
@@ -85,6 +103,7 @@ void wxWaveExplorerBrowserTreeGrid::showRow(size_t row)
     clearRowSelection();
     selectRow(unsigned(row), true);
     update();
+    reportSelection();
 }
 
 size_t wxWaveExplorerBrowserTreeGrid::getCurrentRow()
@@ -148,6 +167,7 @@ void wxWaveExplorerBrowserTreeGrid::handleRowContextMenu(unsigned visibleRow, in
     }
     setCurrentVisibleRow(visibleRow);
     update();
+    reportSelection();
     const std::vector<size_t> selection = getSelectedCurveRows();
     auto withSelection = [this, selection](auto action) {
         return [this, selection, action] {
@@ -290,6 +310,7 @@ void wxWaveExplorerBrowserTreeGrid::onMouseUp(double x, double y, int button, in
     mPressHeldBack = false;
     mDragArmed = false;
     wxTreeGridImpl::onMouseUp(x, y, button, modifiers);
+    reportSelection();
 }
 
 }  // namespace vx3
