@@ -71,6 +71,7 @@ protected:
     void onMouseMove(double x, double y, int buttons, int modifiers) override;
     void onMouseUp(double x, double y, int button, int modifiers) override;
     bool onKeyDown(int key, int modifiers, const QString& text) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     // The key of an expander: the names along its path with the kind of each level, in a
@@ -79,6 +80,9 @@ private:
     std::string expanderLevelKey(unsigned expander);
 
     void reportSelection();
+    // Level and instance columns give up width (their texts are elided) so that the curve's column stays in
+    // view; they never go below a floor, and take their measured widths back when there is room.
+    void fitColumnsToView();
 
     cActions mActions;
     size_t mReportedSelection = 0;

@@ -124,6 +124,9 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
     horizontal->addWidget(mNotebook);
     horizontal->setStretchFactor(0, 1);
     horizontal->setStretchFactor(1, 3);
+    // Two fifths for the browser at the start: its level columns and the curve names side by
+    // side; the splitter scales these to the window's width.
+    horizontal->setSizes({400, 600});
 
     mLogPane = new QPlainTextEdit(vertical);
     mLogPane->setObjectName("log_pane");
