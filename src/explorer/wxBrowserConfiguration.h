@@ -133,6 +133,13 @@ public:
     bool getUseFullHierarchicalNames() const { return mFullNames; }
     void setUseFullHierarchicalNames(bool flag) { mFullNames = flag; }
 
+    // The rules as one record of the configuration file (wxBrowserConfigurationRecord.cpp): the
+    // order of levels, of run parameters and of sweep variables, the run parameter style and the
+    // three filters. A record that can't be read, or whose levels are not the eight known ones,
+    // changes nothing and answers false. Full hierarchical names are an option of their own.
+    std::string serialize() const;
+    bool deserialize(const std::string& record);
+
     // A dialog edits a copy and takes it back on apply, so that cancel leaves the rules alone.
     void copyToConfigToBeSaved() { mToBeSaved = std::make_unique<wxBrowserConfiguration>(copyOfSettings()); }
     void copyFromToBeSaved();

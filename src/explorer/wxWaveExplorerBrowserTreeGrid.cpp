@@ -73,8 +73,71 @@ void wxWaveExplorerBrowserTreeGrid::refresh(cCurvePlotDataFile& store)
             if (selected.count({r.sectionId, r.curveIndex, r.cut}))
                 selectRow(unsigned(row), true);
         }
+    fitColumnsToView();
     redraw();
     update();
+    reportSelection();
+}
+
+void wxWaveExplorerBrowserTreeGrid::resizeEvent(QResizeEvent* event)
+{
+    wxTreeGridImpl::resizeEvent(event);
+    if (getNumberOfColumns() == 0)
+        return;
+    updateColWidth(0, getNumberOfColumns() - 1);
+    fitColumnsToView();
+}
+
+void wxWaveExplorerBrowserTreeGrid::fitColumnsToView()
+{
+    constexpr int kFloor = 60;         // a level keeps room for a few characters and its box
+    constexpr int kScrollBarRoom = 18;
+    const int available = width() - getRowHeaderWidth() - kScrollBarRoom;
+    const auto& columns = rows().columns();
+    std::vector<unsigned> shrinkable;
+    int total = 0, widest = 0;
+    for (unsigned col = 0; col < getNumberOfColumns() && col < columns.size(); ++col) {
+        const int w = getColWidth(col);
+        total += w;
+        const bool level = columns[col].kind == kind_level && columns[col].priority != browserConfiguration::curve_name;
+        if ((level || columns[col].kind == kind_instance) && w > kFloor) {
+            shrinkable.push_back(col);
+            widest = std::max(widest, w);
+        }
+    }
+    const int excess = total - available;
+    if (excess <= 0 || shrinkable.empty() || available <= 0)
+        return;
+    // The highest cap that frees enough: the widest columns give first.
+    auto freed = [&](int cap) {
+        int sum = 0;
+        for (unsigned col : shrinkable)
+            sum += std::max(0, getColWidth(col) - cap);
+        return sum;
+    };
+    int cap = widest;
+    while (cap > kFloor && freed(cap) < excess)
+        --cap;
+    for (unsigned col : shrinkable)
+        setColWidth(col, std::min(getColWidth(col), cap));
+    viewChanged();
+}
+
+void wxWaveExplorerBrowserTreeGrid::reportSelection()
+{
+    const size_t count = getNumberOfSelectedRows();
+    if (count == mReportedSelection)
+        return;
+    mReportedSelection = count;
+    if (mActions.selectionChanged)
+        mActions.selectionChanged(count);
+}
+
+bool wxWaveExplorerBrowserTreeGrid::onKeyDown(int key, int modifiers, const QString& text)
+{
+    const bool used = wxTreeGridImpl::onKeyDown(key, modifiers, text);
+    reportSelection();
+    return used;
 }
 
 void wxWaveExplorerBrowserTreeGrid::showRow(size_t row)
@@ -85,6 +148,7 @@ void wxWaveExplorerBrowserTreeGrid::showRow(size_t row)
     clearRowSelection();
     selectRow(unsigned(row), true);
     update();
+    reportSelection();
 }
 
 size_t wxWaveExplorerBrowserTreeGrid::getCurrentRow()
@@ -148,6 +212,7 @@ void wxWaveExplorerBrowserTreeGrid::handleRowContextMenu(unsigned visibleRow, in
     }
     setCurrentVisibleRow(visibleRow);
     update();
+    reportSelection();
     const std::vector<size_t> selection = getSelectedCurveRows();
     auto withSelection = [this, selection](auto action) {
         return [this, selection, action] {
@@ -290,6 +355,7 @@ void wxWaveExplorerBrowserTreeGrid::onMouseUp(double x, double y, int button, in
     mPressHeldBack = false;
     mDragArmed = false;
     wxTreeGridImpl::onMouseUp(x, y, button, modifiers);
+    reportSelection();
 }
 
 }  // namespace vx3

@@ -60,6 +60,8 @@ public:
         std::function<void(const std::string& text)> message;
         // Mime data for a drag of these rows; null when there is nothing to drag.
         std::function<QMimeData*(const std::vector<size_t>& rows)> mimeData;
+        // The number of selected curves, told when it changes.
+        std::function<void(size_t count)> selectionChanged;
     };
     void setActions(cActions actions) { mActions = std::move(actions); }
 
@@ -68,6 +70,8 @@ protected:
     void onMouseDown(double x, double y, int button, int modifiers) override;
     void onMouseMove(double x, double y, int buttons, int modifiers) override;
     void onMouseUp(double x, double y, int button, int modifiers) override;
+    bool onKeyDown(int key, int modifiers, const QString& text) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     // The key of an expander: the names along its path with the kind of each level, in a
@@ -75,7 +79,13 @@ private:
     std::string expanderNameKey(unsigned expander);
     std::string expanderLevelKey(unsigned expander);
 
+    void reportSelection();
+    // Level and instance columns give up width (their texts are elided) so that the curve's column stays in
+    // view; they never go below a floor, and take their measured widths back when there is room.
+    void fitColumnsToView();
+
     cActions mActions;
+    size_t mReportedSelection = 0;
     bool mDragArmed = false;
     bool mPressHeldBack = false;  // a press on a selection of rows, applied on release without a drag
     double mPressX = 0, mPressY = 0;

@@ -76,6 +76,10 @@ wxWaveExplorerBrowserWidget::wxWaveExplorerBrowserWidget(QWidget* parent, wxWave
     actions.closeAll = [this] { runCommand("close_all"); };
     actions.message = [this](const std::string& text) { message(text); };
     actions.mimeData = [this](const std::vector<size_t>& rows) { return createMimeData(rows); };
+    actions.selectionChanged = [this](size_t count) {
+        if (mStatusText)
+            mStatusText(count ? std::to_string(count) + " Curves Selected" : std::string());
+    };
     mTree->setActions(std::move(actions));
 }
 
@@ -84,6 +88,8 @@ void wxWaveExplorerBrowserWidget::refresh(cCurvePlotDataFile& store)
     mTree->refresh(store);
     if (mPages->currentIndex() == 1)
         mFilters->fill(mTree->rows());
+    if (mRulesChanged)
+        mRulesChanged();
 }
 
 void wxWaveExplorerBrowserWidget::refresh()

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,11 @@ public:
     void plotAllSearchResults();
 
     wxBrowserConfiguration& configuration() { return mConfiguration; }
+    // Told after every rebuild of the tree, which follows every change of the rules: the owner
+    // keeps them in the configuration.
+    void setRulesChangedHandler(std::function<void()> handler) { mRulesChanged = std::move(handler); }
+    // The line for the status bar when the number of selected curves changes (empty for none).
+    void setStatusTextHandler(std::function<void(const std::string&)> handler) { mStatusText = std::move(handler); }
     wxWaveExplorerBrowserTreeGrid& treeGrid() { return *mTree; }
     cBrowserSearch& searchBar() { return *mSearch; }
     // Mime data of a drag of these rows: the curve list in the system's formats and the
@@ -80,6 +86,8 @@ private:
     cBrowserSearchOptions mSearchOptions;
     bool mSearchSelected = false;
     bool mSearchStarted = false;
+    std::function<void()> mRulesChanged;
+    std::function<void(const std::string&)> mStatusText;
 };
 
 }  // namespace vx3

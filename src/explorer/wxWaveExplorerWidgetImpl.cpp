@@ -84,6 +84,14 @@ wxWaveExplorerWidgetImpl::wxWaveExplorerWidgetImpl(QWidget* parent, wxWaveExplor
     connect(mLoadConfigTimer, &QTimer::timeout, this, &wxWaveExplorerWidgetImpl::retryLoadingConfiguration);
     mConfiguration.setChangeListener([this] { startSaveToConfigurationTimer(); });
     mLauncher = std::make_unique<wxWaveExplorerLauncher>(*mStore, *mLogSink, this);
+    takeBrowserRulesFromConfiguration();
+    mBrowser->setRulesChangedHandler([this] { storeBrowserRules(); });
+    mBrowser->setStatusTextHandler([this](const std::string& text) {
+        if (text.empty())
+            mStatusBar->clearMessage();
+        else
+            mStatusBar->showMessage(QString::fromStdString(text), 10000);
+    });
     mReloadTimer = new QTimer(this);
     mReloadTimer->setObjectName(QString::number(waveExplorerEvent::TIMER_ID_AUTO_RELOAD));
     mReloadTimer->setSingleShot(true);
@@ -116,6 +124,9 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
     horizontal->addWidget(mNotebook);
     horizontal->setStretchFactor(0, 1);
     horizontal->setStretchFactor(1, 3);
+    // Two fifths for the browser at the start: its level columns and the curve names side by
+    // side; the splitter scales these to the window's width.
+    horizontal->setSizes({400, 600});
 
     mLogPane = new QPlainTextEdit(vertical);
     mLogPane->setObjectName("log_pane");
@@ -225,8 +236,31 @@ void wxWaveExplorerWidgetImpl::retryLoadingConfiguration()
     mLoadConfigTimer->stop();
     attempt.setLoggerCallBack(mLogSink.get());
     attempt.setLoggerCallBack(nullptr);
-    if (loaded)
+    if (loaded) {
         mLogger.infoMsg("Loaded configuration from " + mConfiguration.getConfigFileName() + ".");
+        takeBrowserRulesFromConfiguration();
+    }
+}
+
+void wxWaveExplorerWidgetImpl::takeBrowserRulesFromConfiguration()
+{
+    wxBrowserConfiguration& rules = mBrowser->configuration();
+    const std::string& record = mConfiguration.getBrowserRules();
+    if (!record.empty() && !rules.deserialize(record))
+        mLogger.warnMsg("The saved rules of the curve browser could not be read: the browser keeps its present rules.");
+    rules.setUseFullHierarchicalNames(mConfiguration.getOptionFlag("browser_use_full_hierarchical_names"));
+    mBrowserRulesRecord = rules.serialize();
+    mStoreChanged = true;  // the tree is rebuilt under the rules at the next chance
+    refreshBrowser();
+}
+
+void wxWaveExplorerWidgetImpl::storeBrowserRules()
+{
+    std::string record = mBrowser->configuration().serialize();
+    if (record == mBrowserRulesRecord)
+        return;
+    mBrowserRulesRecord = std::move(record);
+    mConfiguration.setBrowserRules(mBrowserRulesRecord);
 }
 
 void wxWaveExplorerWidgetImpl::startNotificationTimer()

@@ -113,7 +113,8 @@ private:
     void reloadDone();
     void startReloadTimer();
     void showStatusText(const std::string& text);
-    // Commands that read the store wait in the queue while the launcher writes it.
+    // Commands that may read the store (all but a known few) wait in the queue while the launcher
+    // writes it.
     static bool checkCommandReadsStore(int actionType);
     int performCommand(wxWaveExplorerCommand& command, bool useThread);
     int performOption(wxWaveExplorerCommand& command);
@@ -123,6 +124,9 @@ private:
     void emptyCommandQueue();
     void buildWidgets();
     void refreshBrowser();
+    // The browser's rules from the configuration (after a load), and back after each change.
+    void takeBrowserRulesFromConfiguration();
+    void storeBrowserRules();
     void appendLogLine(unsigned severity, const QString& text);
     void saveConfigurationAfterQuiet();
     void retryLoadingConfiguration();
@@ -201,6 +205,8 @@ private:
     QTimer* mLoadConfigTimer = nullptr;
     int mLoadConfigAttempts = 0;
     bool mToldSaveRefused = false;
+    // The browser's rules as last taken or stored: only a real change marks the configuration.
+    std::string mBrowserRulesRecord;
 };
 
 }  // namespace vx3

@@ -178,8 +178,11 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
         break;
     }
     int result = cConfigurationCommands::perform(command, mConfiguration, mLogger);
-    if (result != cConfigurationCommands::not_a_configuration_command)
+    if (result != cConfigurationCommands::not_a_configuration_command) {
+        if (command.actionType == cmd_read_configuration_file && result == kOk)
+            takeBrowserRulesFromConfiguration();
         return result;
+    }
     const int plotResult = performPlotCommand(command);
     if (plotResult >= 0)
         return plotResult;

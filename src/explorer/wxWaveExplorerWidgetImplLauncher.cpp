@@ -14,10 +14,12 @@
 
 #include <filesystem>
 
+#include "app/core/cCommandTable.h"
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "base/cVxFilePath.h"
 #include "model/cCurvePlotDataFile.h"
 #include "wxLogSink.h"
+#include "wxWaveExplorerNotebook.h"
 #include "wxWaveExplorerBrowserTreeGrid.h"
 #include "wxWaveExplorerBrowserWidget.h"
 #include "wxWaveExplorerWidgetImpl.h"
@@ -45,22 +47,44 @@ std::string quoted(const std::string& format, const std::string& name)
 
 bool wxWaveExplorerWidgetImpl::checkCommandReadsStore(int actionType)
 {
+    // The reader holds the store's mutex for the whole read, so a command that touched the store
+    // now would hang the window until the read ends. The list is of the commands known to leave
+    // the store alone; anything else waits, which is never wrong, only later.
     switch (actionType) {
-    case cmd_get_number_of_post_process_sections:
-    case cmd_get_section_file_name:
-    case cmd_get_section_x_unit:
-    case cmd_get_curve_y_unit:
-    case cmd_get_curve_x_unit:
-    case cmd_get_number_of_sections:
-    case cmd_get_section_name:
-    case cmd_get_section_number_of_curves:
-    case cmd_get_section_number_of_sweep_variables:
-    case cmd_get_section_number_of_cuts:
-    case cmd_get_curve_name:
-    case cmd_set_first_section_identifier:
+    case cmd_comment:
+    case cmd_reading_command_file_start:
+    case cmd_reading_command_file_end:
+    case cmd_wait:
+    case cmd_show:
+    case cmd_hide:
+    case cmd_show_control_panel:
+    case cmd_show_command_logger:
+    case cmd_clear_command_logger:
+    case cmd_enable_command_logger:
+    case cmd_read_configuration_file:
+    case cmd_save_configuration_file:
+    case cmd_get_configuration_file_name:
+    // Plots and pages as widgets: made, arranged and counted without their curves' data.
+    case cmd_add_plot:
+    case cmd_split_vertically:
+    case cmd_split_horizontally:
+    case cmd_maximize_plot:
+    case cmd_minimize_plot:
+    case cmd_make_tab_visible:
+    case cmd_make_plot_visible:
+    case cmd_get_number_of_plots:
+    case cmd_get_plot_name:
+    case cmd_get_current_plot_name:
+    // The browser's rows and search are its own copy of the names; plotting from them goes
+    // through this rule again.
+    case cmd_browser_action:
+        return false;
+    // The browser rebuilds its tree from the store when this one changes.
+    case opt_browser_use_full_hierarchical_names:
         return true;
     default:
-        return false;
+        // Options are settings; a plot that redraws for one only try-locks the store.
+        return !cCommandTable::checkIsOption(actionType);
     }
 }
 
@@ -173,6 +197,9 @@ void wxWaveExplorerWidgetImpl::setApplicationBusy(bool flag)
     if (QWidget* sidebar = findChild<QWidget*>("sidebar"))
         sidebar->setEnabled(!flag);
     mBrowser->setEnabled(!flag);
+    // A curve list dropped or pasted on a plot is looked up in the store: refused while a task
+    // holds it, rather than hanging the window until the task ends.
+    mNotebook->setStore(flag ? nullptr : mStore.get());
     mStopButton->setVisible(flag);
     if (flag)
         setCursor(Qt::WaitCursor);

@@ -100,10 +100,12 @@ def read_main(blob):
     return fields
 
 
-def read_topic(blob):
+def read_topic(blob, browser=False):
     r = Reader(blob)
-    r.number(18, "<I")
+    version = r.number(18, "<I")
     options = read_options(r)
+    if browser and version >= 2:
+        r.string()  # the browser's rules, a record of the browser's own
     assert r.at == len(blob)
     return options
 
@@ -140,7 +142,7 @@ def all_options(path):
     blobs, _ = read_file(path)
     options = dict(read_main(blobs[3])["options"])
     options.update(read_topic(blobs[36]))
-    options.update(read_topic(blobs[37]))
+    options.update(read_topic(blobs[37], True))
     return options
 
 
@@ -209,7 +211,7 @@ class ConfigurationFile(unittest.TestCase):
         self.assertEqual(len(main["colours"]), 19)
         self.assertEqual(main["options"]["schematic_mapping_top_spice"][0], ["top.x1"])
         self.assertEqual(read_topic(blobs[36])["fft_parameter_nb_time_samples"][1], [2048.0])
-        self.assertEqual(read_topic(blobs[37])["browser_use_full_hierarchical_names"][1], [1.0])
+        self.assertEqual(read_topic(blobs[37], True)["browser_use_full_hierarchical_names"][1], [1.0])
 
         # The next run starts from the file: what it writes elsewhere holds the values of the first run.
         copy = os.path.join(self.work, "copy.db")

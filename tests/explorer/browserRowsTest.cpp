@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <algorithm>
 #include <sstream>
 
 #include "explorer/wxBrowserConfiguration.h"
@@ -155,6 +156,76 @@ TEST(BrowserTreeGrid, ExpandersKeptOverRebuildAndScreenshot)
     EXPECT_FALSE(image.isNull());
     if (out)
         image.save(out);
+}
+
+// The rules as a record of the configuration file: read back whole, and a record cut short or
+// naming levels that don't make a tree leaves the rules as they were.
+TEST(BrowserConfiguration, RecordRoundTripAndDamagedRecords)
+{
+    wxBrowserConfiguration config;
+    std::string unknown;
+    ASSERT_TRUE(config.setGroupPriorities({"Curve name", "Analysis type"}, unknown));
+    config.setRunParameterOrder({"C", "R"});
+    config.setSweepVariableOrder({"temp"});
+    ASSERT_TRUE(config.setRunParameterStyle("names"));
+    config.runParameterRules().setValueFlag("R", "2000", false);
+    config.runParameterRules().setValueFlag("R", "1000", true);
+    browserConfiguration::wxNumericalFilter inverted;
+    inverted.set(2e-9, 1e-9, NAN, 5.0);
+    config.runParameterRules().setNumericalFilter("C", inverted);
+    browserConfiguration::wxNumericalFilter everySweep;
+    everySweep.set(NAN, 100.0, NAN, NAN);
+    config.sweepVariableRules().setNumericalFilter("", everySweep);
+    config.setAnalysisTypeFlag("ac", false);
+    const std::string record = config.serialize();
+
+    wxBrowserConfiguration back;
+    ASSERT_TRUE(back.deserialize(record));
+    EXPECT_EQ(back.getGroupPriorities(), config.getGroupPriorities());
+    EXPECT_EQ(back.getRunParameterOrder(), (std::vector<std::string>{"C", "R"}));
+    EXPECT_EQ(back.getSweepVariableOrder(), (std::vector<std::string>{"temp"}));
+    EXPECT_EQ(back.getRunParameterStyle(), browserConfiguration::style_names_and_values);
+    EXPECT_EQ(back.runParameterRules(), config.runParameterRules());
+    EXPECT_EQ(back.sweepVariableRules(), config.sweepVariableRules());
+    EXPECT_EQ(back.analysisTypeRules(), config.analysisTypeRules());
+    // The rules act as before: the inverted interval, the unnamed sweep bound, the hidden analysis.
+    EXPECT_FALSE(back.checkVerifiesParameterFilterRules("C", "1.5e-09", 1.5e-9, NAN));
+    EXPECT_TRUE(back.checkVerifiesParameterFilterRules("C", "3e-09", 3e-9, NAN));
+    EXPECT_FALSE(back.checkVerifiesParameterFilterRules("R", "2000", 2000, NAN));
+    EXPECT_FALSE(back.checkVerifiesSweepFilterRules("temp", "120", 120, 0));
+    EXPECT_FALSE(back.checkVerifiesAnalysisTypeFilterRules("ac"));
+    EXPECT_TRUE(back.checkVerifiesAnalysisTypeFilterRules("tran"));
+    EXPECT_EQ(back.serialize(), record);
+
+    // Every cut of the record, and a byte changed anywhere, never throws; a failed read keeps
+    // what was there.
+    for (size_t size = 0; size < record.size(); ++size) {
+        wxBrowserConfiguration target;
+        target.setRunParameterOrder({"kept"});
+        EXPECT_FALSE(target.deserialize(record.substr(0, size))) << size;
+        EXPECT_EQ(target.getRunParameterOrder(), (std::vector<std::string>{"kept"}));
+        EXPECT_TRUE(target.checkPrioritiesAreStandard());
+    }
+    for (size_t at = 0; at < record.size(); ++at) {
+        std::string damaged = record;
+        damaged[at] = static_cast<char>(damaged[at] ^ 0x5a);
+        wxBrowserConfiguration target;
+        if (target.deserialize(damaged)) {
+            // What a changed byte lets through must still make a tree of all eight levels.
+            std::vector<unsigned> sorted = target.getGroupPriorities();
+            std::sort(sorted.begin(), sorted.end());
+            EXPECT_EQ(sorted, (std::vector<unsigned>{0, 1, 2, 3, 4, 5, 6, 7})) << at;
+        }
+    }
+    // Levels given twice are refused.
+    wxBrowserConfiguration twice;
+    ASSERT_TRUE(twice.setGroupPriorities({"File name"}, unknown));
+    std::string bad = twice.serialize();
+    const std::string good = bad;
+    // The eight priorities follow the version word (8 bytes) and the vector's head (4 + 12 + 4).
+    bad[28 + 4] = 0;  // the second level becomes "File name" again
+    EXPECT_FALSE(twice.deserialize(bad));
+    EXPECT_TRUE(twice.deserialize(good));
 }
 
 TEST(BrowserConfiguration, LevelNamesOrdersAndNumberFilters)

@@ -1,7 +1,9 @@
 // The browser in the viewer: a CSV with 3,000 curves opened by command shows every curve (the old
 // tree stopped at 2,000); the filter and setup pages, the search row and the data of a drag.
 #include <QImage>
+#include <QKeyEvent>
 #include <QListWidget>
+#include <QStatusBar>
 #include <QMimeData>
 #include <QTreeWidget>
 #include <memory>
@@ -30,7 +32,8 @@ TEST_F(cViewerTest, BrowserShowsEveryCurveOfALargeFile)
             csv << "," << (r + i);
         csv << "\n";
     }
-    const std::string file = writeFile("wide.csv", csv.str());
+    // A long name, as simulators write them, widens the file and section levels.
+    const std::string file = writeFile("a_rather_long_result_file_name_of_a_wide_simulation.csv", csv.str());
     auto* browser = mWindow->findChild<vx3::wxWaveExplorerBrowserTreeGrid*>("browser_treegrid");
     ASSERT_NE(browser, nullptr);
     EXPECT_EQ(execute("open_file \"" + file + "\""), vx_code_queued) << "the file loads in the background";
@@ -39,6 +42,32 @@ TEST_F(cViewerTest, BrowserShowsEveryCurveOfALargeFile)
     const std::string dump = browser->rows().dumpRows();
     EXPECT_NE(dump.find(" | c2999 | "), std::string::npos);
     EXPECT_NE(dump.find(" | c0 | "), std::string::npos);
+
+    // The status bar counts the selected curves as the keys select them.
+    auto* status = mWindow->findChild<QStatusBar*>();
+    ASSERT_NE(status, nullptr);
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+    QApplication::sendEvent(browser, &down);
+    EXPECT_EQ(status->currentMessage().toStdString(), "1 Curves Selected");
+    QKeyEvent extend(QEvent::KeyPress, Qt::Key_Down, Qt::ShiftModifier);
+    QApplication::sendEvent(browser, &extend);
+    QApplication::sendEvent(browser, &extend);
+    EXPECT_EQ(status->currentMessage().toStdString(), "3 Curves Selected");
+
+    // A window of 1,100 pixels: the levels give up width and the curve names stay in view.
+    mWindow->resize(1100, 700);
+    mWindow->show();
+    ASSERT_TRUE(pumpUntil([browser] { return browser->width() >= 300; })) << browser->width();
+    const auto& columns = browser->rows().columns();
+    int right = browser->getRowHeaderWidth();
+    bool curveSeen = false;
+    for (unsigned col = 0; col < columns.size() && !curveSeen; ++col) {
+        right += browser->getColWidth(col);
+        curveSeen = columns[col].kind == vx3::waveExplorerBrowser::kind_level &&
+                    columns[col].priority == vx3::browserConfiguration::curve_name;
+    }
+    EXPECT_TRUE(curveSeen);
+    EXPECT_LE(right, browser->width()) << "the curve column ends past the browser's edge";
 
     if (const char* out = std::getenv("ZW_BROWSER_PNG")) {
         mWindow->resize(1000, 600);

@@ -114,6 +114,29 @@ class BrowserOverSocket(unittest.TestCase):
         self.assertEqual(ask("set_browser_default_item_order"), "0")
         self.assertEqual(self.rows()[0].split(" | ")[0], "steps.txt")
 
+    def test_rules_are_kept_over_a_restart(self):
+        steps = self.write("steps.txt", STEPS)
+        self.open(steps, 6)
+        ask = self.peer.ask
+        self.assertEqual(ask('set_browser_item_order "Curve name" "Section run index or parameter"'), "0")
+        self.assertEqual(ask("set_browser_run_parameter_filter R 2000 0"), "0")
+        self.assertEqual(ask("set_browser_run_parameter_number_filter C nan 1.5e-9 nan nan"), "0")
+        self.assertEqual(ask("set_browser_run_parameter_style names"), "0")
+        self.assertEqual(ask("set_browser_run_parameter_order C"), "0")
+        before = self.rows()
+        # The curve level first (its instance just before it), one run left, written by names, C first.
+        self.assertEqual([r.split(" | ")[:2] for r in before], [["", "V(out)"], ["x1", "I(R1)"]])
+        self.assertTrue(all("C=1e-09, R=1000" in r.split(" | ") for r in before), before)
+        # Closing saves the changed rules; the next start with the same HOME reads them back.
+        self.peer.connection.sendall(b"close\n")
+        self.assertEqual(self.peer.process.wait(timeout=session.DEADLINE), 0)
+        self.peer.close()
+        self.peer = session.Peer(self.dir.name)
+        self.assertEqual(self.peer.line(), "0")
+        self.open(steps, 2)
+        self.assertEqual(self.rows(), before)
+        self.assertIn("Loaded browser from ", self.peer.log_text())
+
     def test_sweep_variable_filters_on_a_table_with_a_parameter_column(self):
         table = "R,time,v(out)\n" + "".join(
             "%g,%g,%g\n" % (r, k * 1e-6, k * 0.1) for r in (1000.0, 2000.0, 4000.0) for k in range(5))

@@ -8,14 +8,18 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "app/core/wxWaveExplorerConfiguration.h"
 #include "explorer/wxWaveExplorerBrowserTreeGrid.h"
 #include "explorer/wxWaveExplorerWidgetImpl.h"
 #include "model/cCurvePlotDataFile.h"
+#include "plot/qt/wxSinglePlotWidgetImpl.h"
 #include "toolWindowsTestSupport.h"
 #include "zelwave.h"
 
@@ -101,6 +105,54 @@ TEST_F(cLauncherTest, BusyWhileLoadingQueueAndStop)
     EXPECT_TRUE(waitForStatus("The file \"" + file + "\" has already been opened."));
     ASSERT_TRUE(waitIdle());
     EXPECT_EQ(sections(), "1");
+}
+
+// A reader that holds the store for a long time: commands that would look into the store wait
+// in the queue instead of hanging the window, and run once the read has ended.
+TEST_F(cLauncherTest, StoreCommandsWaitForALongRead)
+{
+    const std::string first = writeFile("first.csv", "time,v\n" + csvRows(0, 10));
+    ASSERT_EQ(execute("open_file \"" + first + "\""), vx_code_queued);
+    ASSERT_TRUE(waitIdle());
+    ASSERT_EQ(execute("add_plot p1 analog 1 1"), vx_code_ok);
+    ASSERT_EQ(execute("add_curve_to_plot_by_name p1 first.csv v 0"), vx_code_ok);
+
+    // Another thread holds the store, as a reader of a large file would: the launcher's task
+    // stays blocked until it lets go (a deadline, so that a hang fails instead of blocking).
+    std::atomic<bool> held{false}, letGo{false}, released{false};
+    std::thread holder([&] {
+        vx3::cVxScopedLock lock(explorer().store().getMutex());
+        held = true;
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (!letGo && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        released = true;
+    });
+    while (!held)
+        std::this_thread::yield();
+    const std::string second = writeFile("second.csv", "time,w\n" + csvRows(0, 5));
+    EXPECT_EQ(execute("open_file \"" + second + "\""), vx_code_queued);
+    // Plots as widgets need no store: answered at once.
+    EXPECT_EQ(ask("get_number_of_plots"), "1");
+    // A plot command that looks up its section: queued, and what follows it keeps the order.
+    EXPECT_EQ(execute("highlight_curve_in_plot_by_index p1 first.csv 0"), vx_code_queued);
+    EXPECT_EQ(execute("get_number_of_plots"), vx_code_queued);
+    EXPECT_FALSE(released) << "the commands returned only after the store was free";
+    EXPECT_EQ(explorer().getQueueLength(), 2u);
+    bool ran = false;
+    QTimer::singleShot(0, [&ran] { ran = true; });
+    EXPECT_TRUE(pumpUntil([&ran] { return ran; }));
+
+    letGo = true;
+    holder.join();
+    EXPECT_TRUE(waitForStatus("Successfully parsed file \"" + second + "\"."));
+    ASSERT_TRUE(waitIdle());
+    EXPECT_EQ(sections(), "2");
+    // The highlight ran after the read.
+    auto* plot = explorer().findChild<vx3::wxSinglePlotWidgetImpl*>("plot_p1");
+    ASSERT_NE(plot, nullptr);
+    ASSERT_EQ(plot->getNbOfCurves(), 1u);
+    EXPECT_TRUE(plot->getCurves()[0].realHighlighted);
 }
 
 // Bad files: clear messages, nothing lost of what is open, the window back to idle.

@@ -77,7 +77,8 @@ const uint32_t kColours[nb_colours] = {
 
 // The record version written by this program; fields added later are read only when the stored
 // version has them.
-constexpr uint32_t kRecordVersion = 1;
+// Version 2 added the browser's rules at the end of the browser topic.
+constexpr uint32_t kRecordVersion = 2;
 }  // namespace
 
 void cConfigData::setDefaults()
@@ -105,6 +106,8 @@ void cConfigData::setDefaults(topic_type topic)
         mAutoReloadInterval = 0.0;
         mMessageWindowVisibilityTime = 10.0;
     }
+    if (topic == topic_browser)
+        mBrowserRules.clear();
     setDefaultOptions(topic);
 }
 
@@ -255,6 +258,8 @@ void cConfigData::copyFields(const cConfigData& other, const std::set<std::strin
             mAutoReloadInterval = other.mAutoReloadInterval;
         } else if (field == "message_window_visibility_time") {
             mMessageWindowVisibilityTime = other.mMessageWindowVisibilityTime;
+        } else if (field == "browser_rules") {
+            mBrowserRules = other.mBrowserRules;
         } else if (const cOptionValue* value = other.getOption(field)) {
             mOptions[field] = *value;
         } else {
@@ -277,6 +282,7 @@ void cConfigData::takeKeptValues(const cConfigData& other)
     mLastCalculatorFile = other.mLastCalculatorFile;
     mAutoReloadInterval = other.mAutoReloadInterval;
     mMessageWindowVisibilityTime = other.mMessageWindowVisibilityTime;
+    mBrowserRules = other.mBrowserRules;
     mOptions = other.mOptions;
 }
 
@@ -303,6 +309,8 @@ void cConfigData::serializedeserialize(cDataBaseSerializer& serializer, topic_ty
         serializer.serializedeserialize(mMessageWindowVisibilityTime);
     }
     serializeOptions(serializer, topic);
+    if (topic == topic_browser && version >= 2)
+        serializer.serializedeserialize(mBrowserRules);
 }
 
 load_result cConfigData::deserializeTopic(const std::vector<uint8_t>& data, topic_type topic)

@@ -124,6 +124,11 @@ public:
         setNumber(mMessageWindowVisibilityTime, seconds, "message_window_visibility_time");
     }
 
+    // The curve browser's rules (order of levels, filters, run parameter style) as the browser's
+    // own record: this layer keeps and saves them without knowing their fields.
+    const std::string& getBrowserRules() const { return mBrowserRules; }
+    void setBrowserRules(const std::string& record) { setText(mBrowserRules, record, "browser_rules"); }
+
     // Options of set_option, by key. Setting one that changes its value flags the configuration as
     // changed; the result tells whether it changed.
     bool setOption(const wxWaveExplorerCommand& command);
@@ -186,6 +191,7 @@ private:
     std::string mLastCalculatorFile;
     double mAutoReloadInterval = 0.0;
     double mMessageWindowVisibilityTime = 10.0;
+    std::string mBrowserRules;
     std::map<std::string, cOptionValue> mOptions;
 
     std::set<std::string> mChangedFields;
