@@ -36,6 +36,7 @@ class wxWaveExplorerConfigurationDialog;
 class wxWaveExplorerWidgetVirtual;
 class wxSinglePlotWidgetImpl;
 class wxWaveExplorerNotebook;
+class wxTreeGridTableWidgetImpl;
 
 namespace waveExplorerEvent {
 enum : int {
@@ -149,6 +150,14 @@ private:
                              bool clear);
     // The page commands: split, maximize, close, tabs, image export.
     int performPageCommand(wxWaveExplorerCommand& command);
+    // Table pages and the spreadsheet commands (wxWaveExplorerWidgetImplTable.cpp); -1 for a
+    // command that is not for a table.
+    int performTableCommand(wxWaveExplorerCommand& command);
+    void applyTableOptions(wxTreeGridTableWidgetImpl& table) const;
+    wxTreeGridTableWidgetImpl* findTableOrLog(const std::string& name) const;
+    cCurvePlotDataSection* findSectionOrLog(const std::string& name) const;
+    int addCurveToTable(wxTreeGridTableWidgetImpl& table, cCurvePlotDataSection& section, uint64_t curveIndex,
+                        bool clear);
     void recordUserCommand(const std::string& text);
 
     wxWaveExplorerConfiguration& mConfiguration;

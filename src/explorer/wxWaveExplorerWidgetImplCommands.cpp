@@ -145,6 +145,8 @@ int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, boo
         return overlay;
     if (const int browserResult = mBrowser->performCommand(command); browserResult >= 0)
         return browserResult;
+    if (const int tableResult = performTableCommand(command); tableResult >= 0)
+        return tableResult;
     if (cCommandTable::checkIsOption(command.actionType))
         return performOption(command);
     switch (command.actionType) {
