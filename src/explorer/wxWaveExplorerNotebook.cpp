@@ -9,12 +9,27 @@
 
 #include "plot/plotWindowType.h"
 #include "plot/qt/wxMultiPlotWidget.h"
+#include "treegrid/page/wxTreeGridTableWidgetImpl.h"
 
 namespace vx3 {
 
+// A table page shows its messages in its own line and hands them on to the explorer's log.
+class wxWaveExplorerNotebook::cLogForward : public cVxLoggerCallBack {
+public:
+    explicit cLogForward(const cVxLogger& logger) : mLogger(logger) {}
+    void loggerCallBackVirtualLogMessage(unsigned severity, const std::string& text) override
+    {
+        mLogger.sendMsg(severity, text);
+    }
+
+private:
+    const cVxLogger& mLogger;
+};
+
 wxWaveExplorerNotebook::wxWaveExplorerNotebook(QWidget* parent, cVxMutex& dataMutex, const cVxLogger& logger,
                                                std::function<void(const std::string&)> recordUserCommand)
-    : QWidget(parent), mDataMutex(dataMutex), mLogger(logger), mRecordUserCommand(std::move(recordUserCommand))
+    : QWidget(parent), mDataMutex(dataMutex), mLogger(logger), mRecordUserCommand(std::move(recordUserCommand)),
+      mTableLog(std::make_unique<cLogForward>(logger))
 {
     setObjectName("plot_notebook");
     auto* layout = new QVBoxLayout(this);
@@ -50,8 +65,14 @@ void wxWaveExplorerNotebook::setCursorPositionTextHandler(std::function<void(con
 void wxWaveExplorerNotebook::setStore(cCurvePlotDataFile* store)
 {
     mStore = store;
+    setDropsAllowed(mDropsAllowed);
+}
+
+void wxWaveExplorerNotebook::setDropsAllowed(bool allowed)
+{
+    mDropsAllowed = allowed;
     for (wxSinglePlotWidgetImpl* plot : getAllPlots())
-        plot->setStoreForDrops(store);
+        plot->setStoreForDrops(allowed ? mStore : nullptr);
 }
 
 void wxWaveExplorerNotebook::releaseCurvesBeforeStoreCloses()
@@ -60,6 +81,10 @@ void wxWaveExplorerNotebook::releaseCurvesBeforeStoreCloses()
         plot->clearSectionPtrsForDestructor();
         plot->setStoreForDrops(nullptr);
     }
+    // Table pages compute from the store with an evaluator of their own: they go before it.
+    for (size_t i = mPages.size(); i-- > 0;)
+        if (mPages[i].table)
+            removePage(i);
     mStore = nullptr;
 }
 
@@ -83,7 +108,7 @@ void wxWaveExplorerNotebook::preparePlot(wxSinglePlotWidgetImpl& plot, const std
 {
     plot.setObjectName(QString::fromStdString("plot_" + name));
     plot.setPlotName(name);
-    plot.setStoreForDrops(mStore);
+    plot.setStoreForDrops(mDropsAllowed ? mStore : nullptr);
     size_t index = 0;
     if (wxMultiPlotWidget* page = findPage(&plot, &index))
         page->setPlotName(index, name);
@@ -101,9 +126,25 @@ std::string wxWaveExplorerNotebook::generatePlotName(const std::string& base) co
 bool wxWaveExplorerNotebook::addPlot(const std::string& name, const std::string& typeWord, bool newPage,
                                      bool makeVisible, int defaultType)
 {
-    if (name.empty() || findPlot(name)) {
+    if (name.empty() || findPlot(name) || findTable(name)) {
         mLogger.errorMsg("The plot window \"" + name + "\" already exists.");
         return false;
+    }
+    if (typeWord == "spreadsheet") {
+        // A table is never split into a plot page: it always opens a tab of its own.
+        cPage page = createPage(kTablePage);
+        if (!page.table) {
+            mLogger.errorMsg("The table \"" + name + "\" can't be opened: there is no data to show in it.");
+            return false;
+        }
+        page.tableName = name;
+        page.widget->setObjectName(QString::fromStdString("page_" + name));
+        mPages.push_back(page);
+        const int tab = mTabs->addTab(page.widget, QString::fromStdString(name));
+        if (makeVisible || mPages.size() == 1)
+            mTabs->setCurrentIndex(tab);
+        updatePlaceholder();
+        return true;
     }
     wxMultiPlotWidget* current = mPages.empty() ? nullptr : mPages[static_cast<size_t>(mTabs->currentIndex())].analog;
     if (!newPage && current) {
@@ -203,6 +244,41 @@ bool wxWaveExplorerNotebook::addCurve(wxSinglePlotWidgetImpl& plot, const wxCurv
     return page ? page->addCurves(index, {description}) : plot.addToPlot(description);
 }
 
+int wxWaveExplorerNotebook::indexOfTable(const std::string& name) const
+{
+    for (size_t i = 0; i < mPages.size(); ++i)
+        if (mPages[i].table && mPages[i].tableName == name)
+            return static_cast<int>(i);
+    return -1;
+}
+
+wxTreeGridTableWidgetImpl* wxWaveExplorerNotebook::findTable(const std::string& name) const
+{
+    const int index = indexOfTable(name);
+    return index < 0 ? nullptr : mPages[static_cast<size_t>(index)].table;
+}
+
+std::vector<wxTreeGridTableWidgetImpl*> wxWaveExplorerNotebook::getAllTables() const
+{
+    std::vector<wxTreeGridTableWidgetImpl*> tables;
+    for (const cPage& page : mPages)
+        if (page.table)
+            tables.push_back(page.table);
+    return tables;
+}
+
+bool wxWaveExplorerNotebook::performOnTable(const std::string& name, bool close, bool show)
+{
+    const int index = name.empty() ? -1 : indexOfTable(name);
+    if (index < 0)
+        return false;
+    if (close)
+        removePage(static_cast<size_t>(index));
+    if (show)
+        mTabs->setCurrentIndex(index);
+    return true;
+}
+
 wxSinglePlotWidgetImpl* wxWaveExplorerNotebook::findPlotOrLog(const std::string& name) const
 {
     wxSinglePlotWidgetImpl* plot = name.empty() ? getActivePlot() : findPlot(name);
@@ -249,6 +325,8 @@ bool wxWaveExplorerNotebook::minimizePlot(const std::string& name)
 
 bool wxWaveExplorerNotebook::closePlot(const std::string& name)
 {
+    if (performOnTable(name, true, false))
+        return true;
     wxSinglePlotWidgetImpl* plot = findPlotOrLog(name);
     size_t index = 0;
     wxMultiPlotWidget* page = plot ? findPage(plot, &index) : nullptr;
@@ -263,6 +341,8 @@ bool wxWaveExplorerNotebook::closePlot(const std::string& name)
 
 bool wxWaveExplorerNotebook::deleteTab(const std::string& name)
 {
+    if (performOnTable(name, true, false))
+        return true;
     wxSinglePlotWidgetImpl* plot = findPlotOrLog(name);
     wxMultiPlotWidget* page = plot ? findPage(plot) : nullptr;
     if (!page)
@@ -273,6 +353,8 @@ bool wxWaveExplorerNotebook::deleteTab(const std::string& name)
 
 bool wxWaveExplorerNotebook::makePlotVisible(const std::string& name)
 {
+    if (performOnTable(name, false, true))
+        return true;
     wxSinglePlotWidgetImpl* plot = findPlotOrLog(name);
     size_t index = 0;
     wxMultiPlotWidget* page = plot ? findPage(plot, &index) : nullptr;
@@ -297,6 +379,29 @@ void wxWaveExplorerNotebook::removePage(size_t index)
 bool wxWaveExplorerNotebook::exportPage(const std::string& name, const std::string& format,
                                         const std::string& fileName)
 {
+    if (wxTreeGridTableWidgetImpl* table = findTable(name)) {
+        std::string target = fileName;
+        if (!std::filesystem::path(target).has_extension())
+            target += "." + format;
+        const std::filesystem::path folder = std::filesystem::path(target).parent_path();
+        if (!folder.empty() && !std::filesystem::is_directory(folder)) {
+            mLogger.errorMsg("The directory \"" + folder.string() + "\" doesn't exist.");
+            return false;
+        }
+        // The page as it shows; a table that never showed gets the size of the notebook first.
+        if (!table->isVisible() && table->size().width() < 100)
+            table->resize(mTabs->size().isEmpty() ? QSize(1200, 800) : mTabs->size());
+        if (format == "svg") {
+            mLogger.errorMsg("A table page is exported as png, jpg, bmp or tif, not as svg.");
+            return false;
+        }
+        const std::string qtFormat = format == "jpg" ? "JPEG" : format == "tif" ? "TIFF" : format == "bmp" ? "BMP" : "PNG";
+        if (!table->grab().save(QString::fromStdString(target), qtFormat.c_str())) {
+            mLogger.errorMsg("Failed to export to \"" + target + "\"");
+            return false;
+        }
+        return true;
+    }
     wxSinglePlotWidgetImpl* plot = findPlotOrLog(name);
     wxMultiPlotWidget* page = plot ? findPage(plot) : nullptr;
     if (!page)

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@ class cPlotWidgetCommon;
 class wxCurveDescription;
 class wxMultiPlotWidget;
 class wxSinglePlotWidgetImpl;
+class wxTreeGridTableWidgetImpl;
 
 class wxWaveExplorerNotebook : public QWidget {
     Q_OBJECT
@@ -35,6 +37,8 @@ public:
     void setCursorPositionTextHandler(std::function<void(const std::string&)> handler);
     // The store whose curves dropped curve lists name; plots made later get it too.
     void setStore(cCurvePlotDataFile* store);
+    // While a file loads, plots refuse dropped and pasted curve lists; tables still open.
+    void setDropsAllowed(bool allowed);
     // Plots refer to curves of the store: they let go of them before the store goes.
     void releaseCurvesBeforeStoreCloses();
 
@@ -70,12 +74,22 @@ public:
     // The page that holds the plot (nullptr for none) and the plot's index there.
     wxMultiPlotWidget* findPage(const cPlotWidgetCommon* plot, size_t* index = nullptr) const;
 
+    // Table pages ("spreadsheet"): one table per tab, named like a plot and sharing the plots'
+    // names, but without plots, so that the plot lookups above never answer one.
+    wxTreeGridTableWidgetImpl* findTable(const std::string& name) const;
+    std::vector<wxTreeGridTableWidgetImpl*> getAllTables() const;
+
 private:
     struct cPage {
         QWidget* widget = nullptr;
         wxMultiPlotWidget* analog = nullptr;
+        wxTreeGridTableWidgetImpl* table = nullptr;
+        std::string tableName;
         int type = 0;
     };
+    // The page kind of "spreadsheet", beyond the plot kinds of string_to_window_type.
+    static constexpr int kTablePage = 1000;
+    class cLogForward;
     // The page for a kind, nullptr for a kind this build has no page for (wxWaveExplorerNotebookPages.cpp).
     cPage createPage(int type);
     void preparePlot(wxSinglePlotWidgetImpl& plot, const std::string& name);
@@ -85,15 +99,20 @@ private:
     void removePage(size_t index);
     void updatePlaceholder();
     int indexOfPage(const wxMultiPlotWidget* page) const;
+    int indexOfTable(const std::string& name) const;
+    // The page commands on a table page: true when name is a table and the command was done.
+    bool performOnTable(const std::string& name, bool close, bool show);
 
     cVxMutex& mDataMutex;
     const cVxLogger& mLogger;
     std::function<void(const std::string&)> mRecordUserCommand;
     std::function<void(const std::string&)> mCursorPositionText;
     cCurvePlotDataFile* mStore = nullptr;
+    bool mDropsAllowed = true;
     QTabWidget* mTabs = nullptr;
     QLabel* mPlaceholder = nullptr;
     std::vector<cPage> mPages;
+    std::unique_ptr<cVxLoggerCallBack> mTableLog;  // a cLogForward
 };
 
 }  // namespace vx3

@@ -5,6 +5,7 @@
 #include "plot/qt/cMixedPlotPage.h"
 #include "plot/qt/cStackedPlotPage.h"
 #include "plot/qt/wxMultiPlotWidget.h"
+#include "treegrid/page/wxTreeGridTableWidgetImpl.h"
 #include "wxWaveExplorerNotebook.h"
 
 namespace vx3 {
@@ -32,6 +33,12 @@ wxWaveExplorerNotebook::cPage wxWaveExplorerNotebook::createPage(int type)
     case stacked_plot:
         page.analog = new cStackedPlotPage(mTabs, mDataMutex, mLogger);
         page.widget = page.analog;
+        break;
+    case kTablePage:
+        if (mStore) {
+            page.table = new wxTreeGridTableWidgetImpl(*mStore, mTabs, mTableLog.get());
+            page.widget = page.table;
+        }
         break;
     default:
         break;

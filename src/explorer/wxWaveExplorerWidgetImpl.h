@@ -36,6 +36,7 @@ class wxWaveExplorerConfigurationDialog;
 class wxWaveExplorerWidgetVirtual;
 class wxSinglePlotWidgetImpl;
 class wxWaveExplorerNotebook;
+class wxTreeGridTableWidgetImpl;
 
 namespace waveExplorerEvent {
 enum : int {
@@ -156,6 +157,14 @@ private:
     int definePagePlotNames(wxWaveExplorerCommand& command);
     // Group headings, separators, buses and groups opened by name; -1 for other commands.
     int performRowCommand(wxWaveExplorerCommand& command);
+    // Table pages and the spreadsheet commands (wxWaveExplorerWidgetImplTable.cpp); -1 for a
+    // command that is not for a table.
+    int performTableCommand(wxWaveExplorerCommand& command);
+    void applyTableOptions(wxTreeGridTableWidgetImpl& table) const;
+    wxTreeGridTableWidgetImpl* findTableOrLog(const std::string& name) const;
+    cCurvePlotDataSection* findSectionOrLog(const std::string& name) const;
+    int addCurveToTable(wxTreeGridTableWidgetImpl& table, cCurvePlotDataSection& section, uint64_t curveIndex,
+                        bool clear);
     void recordUserCommand(const std::string& text);
 
     wxWaveExplorerConfiguration& mConfiguration;

@@ -141,6 +141,8 @@ int wxWaveExplorerWidgetImpl::performToolWindowCommand(wxWaveExplorerCommand& co
 
 int wxWaveExplorerWidgetImpl::performCommand(wxWaveExplorerCommand& command, bool)
 {
+    if (const int tableResult = performTableCommand(command); tableResult >= 0)
+        return tableResult;
     if (const int overlay = executeOverlayCommand(command); overlay >= 0)
         return overlay;
     if (const int browserResult = mBrowser->performCommand(command); browserResult >= 0)

@@ -199,7 +199,7 @@ void wxWaveExplorerWidgetImpl::setApplicationBusy(bool flag)
     mBrowser->setEnabled(!flag);
     // A curve list dropped or pasted on a plot is looked up in the store: refused while a task
     // holds it, rather than hanging the window until the task ends.
-    mNotebook->setStore(flag ? nullptr : mStore.get());
+    mNotebook->setDropsAllowed(!flag);
     mStopButton->setVisible(flag);
     if (flag)
         setCursor(Qt::WaitCursor);

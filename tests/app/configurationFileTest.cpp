@@ -388,6 +388,15 @@ TEST(configurationFile, SavedLoadedWithTopicsAndTheDirectory)
         setOption(first, "set_option use_white_background 1");
         first.setKeyBinding(0, "R");
         first.addLastOpenedFiles("/data/a.tr0");
+        // The curve style settings that only the dialog edits: its text form, kept in range.
+        EXPECT_TRUE(cConfigurationOptionText::setValueFromText(first, "default_curve_line_width", "3", logger));
+        EXPECT_TRUE(cConfigurationOptionText::setValueFromText(first, "strong_colours", "yes", logger));
+        for (const char* bad : {"7", "0", "2.5", "wide"})
+            EXPECT_FALSE(cConfigurationOptionText::setValueFromText(first, "default_curve_line_width", bad, logger));
+        EXPECT_FALSE(cConfigurationOptionText::setValueFromText(first, "strong_colours", "maybe", logger));
+        EXPECT_EQ(cConfigurationOptionText::getValueText(first, "default_curve_line_width"), "3");
+        const auto keys = cConfigurationOptionText::getOptionKeys(first);
+        EXPECT_NE(std::find(keys.begin(), keys.end(), "strong_colours"), keys.end());
         EXPECT_TRUE(first.saveToConfig(logger));
         EXPECT_FALSE(first.getFlagConfigChanged());
     }
@@ -402,6 +411,8 @@ TEST(configurationFile, SavedLoadedWithTopicsAndTheDirectory)
         EXPECT_NE(loadLog.getString().find(text + name + "."), std::string::npos) << loadLog.getString();
     EXPECT_EQ(second.getOptionNumber("fft_parameter_nb_time_samples"), 4096);
     EXPECT_TRUE(second.getOptionFlag("browser_use_full_hierarchical_names"));
+    EXPECT_EQ(second.getOptionNumber("default_curve_line_width"), 3.0);
+    EXPECT_TRUE(second.getOptionFlag("strong_colours"));
     EXPECT_EQ(second.getKeyBinding(0), "R");
     EXPECT_EQ(second.getLastOpenedFiles(0), "/data/a.tr0");
     EXPECT_TRUE(second.getFlagUseWhiteBackground());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "base/cVxLogger.h"
@@ -56,6 +57,9 @@ std::vector<std::string> cConfigurationOptionText::getOptionKeys(const cConfigDa
         if (!key.empty() && configuration.getOption(key) && (keys.empty() || keys.back() != key))
             keys.push_back(key);
     }
+    for (const auto& option : waveExplorerConfiguration::getDialogOnlyOptions())
+        if (configuration.getOption(option.key))
+            keys.push_back(option.key);
     std::sort(keys.begin(), keys.end());
     keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
     return keys;
@@ -127,6 +131,29 @@ std::string cConfigurationOptionText::getValueText(const cConfigData& configurat
 bool cConfigurationOptionText::setValueFromText(cConfigData& configuration, const std::string& key,
                                                 const std::string& text, const cVxLogger& logger)
 {
+    if (const auto* option = waveExplorerConfiguration::findDialogOnlyOption(key)) {
+        // A whole number in the setting's range, or for a flag the words set_option reads.
+        double number = NAN;
+        if (option->flag) {
+            if (text == "1" || text == "true" || text == "yes")
+                number = 1.0;
+            else if (text == "0" || text == "false" || text == "no")
+                number = 0.0;
+        } else {
+            char* end = nullptr;
+            const double read = std::strtod(text.c_str(), &end);
+            if (!text.empty() && end && *end == '\0' && read == std::floor(read))
+                number = read;
+        }
+        if (!(number >= option->minimum && number <= option->maximum)) {
+            logger.errorMsg("The value \"" + text + "\" does not fit the option \"" + key + "\".");
+            return false;
+        }
+        cOptionValue value;
+        value.numbers = {number};
+        configuration.setOptionValue(key, value);
+        return true;
+    }
     wxWaveExplorerCommand command;
     cVxLogger quiet(vxLogger::fatal_error);
     if (!command.parseCommandString("set_option " + key + " " + text, quiet) ||

@@ -299,6 +299,8 @@ void cConfigData::serializedeserialize(cDataBaseSerializer& serializer, topic_ty
         windowHeight = height;
         serializer.serializedeserialize(mKeyBindings);
         serializer.serializedeserialize(mColours);
+        for (uint32_t& colour : mColours)  // 24-bit colours: a damaged byte above them is no colour
+            colour &= 0xffffffu;
         serializer.serializedeserialize(mLastOpened);
         serializer.serializedeserialize(mLastDirectory);
         serializer.serializedeserialize(mLastCommandFileDirectory);

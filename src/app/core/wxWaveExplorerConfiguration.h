@@ -16,6 +16,16 @@ class cVxLogger;
 class wxWaveExplorerCommand;
 
 namespace waveExplorerConfiguration {
+// Settings of the curve styles that only the configuration dialog changes: they have no
+// set_option key, and are kept with the options as one number each (a flag as 1 or 0).
+struct cDialogOnlyOption {
+    const char* key;
+    double defaultValue, minimum, maximum;
+    bool flag;
+};
+const std::vector<cDialogOnlyOption>& getDialogOnlyOptions();
+const cDialogOnlyOption* findDialogOnlyOption(const std::string& key);
+
 // The value of one option as its set_option command carried it.
 struct cOptionValue {
     std::vector<std::string> strings;

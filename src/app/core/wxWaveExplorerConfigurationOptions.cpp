@@ -153,6 +153,8 @@ const std::map<std::string, cOptionValue>& defaultOptions()
                 continue;
             map[key] = valueOfCommand(command);
         }
+        for (const cDialogOnlyOption& option : getDialogOnlyOptions())
+            map[option.key].numbers = {option.defaultValue};
         return map;
     }();
     return defaults;
@@ -160,6 +162,8 @@ const std::map<std::string, cOptionValue>& defaultOptions()
 
 bool checkIsKnownOptionKey(const std::string& key)
 {
+    if (findDialogOnlyOption(key))
+        return true;
     for (int handler = 1; handler <= 3; ++handler)
         if (cCommandTable::findOption(key, handler) != waveExplorerAction::cmd_no_command)
             return true;
@@ -168,6 +172,23 @@ bool checkIsKnownOptionKey(const std::string& key)
 
 bool startsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
 }  // namespace
+
+const std::vector<cDialogOnlyOption>& getDialogOnlyOptions()
+{
+    static const std::vector<cDialogOnlyOption> options = {
+        {"default_curve_line_width", 1.0, 1.0, 5.0, false},
+        {"strong_colours", 0.0, 0.0, 1.0, true},
+    };
+    return options;
+}
+
+const cDialogOnlyOption* findDialogOnlyOption(const std::string& key)
+{
+    for (const cDialogOnlyOption& option : getDialogOnlyOptions())
+        if (key == option.key)
+            return &option;
+    return nullptr;
+}
 
 topic_type cConfigData::getOptionTopic(const std::string& key)
 {

@@ -148,11 +148,23 @@ void wxTreeGridData::rebuildRows()
             mRowXs.push_back(x);
 }
 
+bool wxTreeGridData::cellValue(const wxTreeGridDataColumn& column, unsigned row, double& re, double& im) const
+{
+    const double x = mRowXs.at(row);
+    const size_t sample = column.findSample(x);
+    if (sample != wxTreeGridDataColumn::npos) {
+        re = column.ys[sample];
+        im = column.complex ? column.imag[sample] : 0.0;
+        return true;
+    }
+    // Calculator columns were sampled on the rows already; a gap there is outside their range.
+    return mInterpolate && !column.calculated && column.interpolate(x, re, im);
+}
+
 double wxTreeGridData::getCurveValue(unsigned row, unsigned curveColumn) const
 {
-    const wxTreeGridDataColumn& column = getCurveColumn(curveColumn);
-    const size_t sample = column.findSample(mRowXs.at(row));
-    return sample == wxTreeGridDataColumn::npos ? NAN : column.ys[sample];
+    double re = NAN, im = 0;
+    return cellValue(getCurveColumn(curveColumn), row, re, im) ? re : NAN;
 }
 
 std::string wxTreeGridData::getExcelColumnName(unsigned curveColumn)
@@ -222,9 +234,58 @@ std::string wxTreeGridData::replaceExcelColumnNames(const std::string& text) con
     return out;
 }
 
+namespace {
+
+// The evaluator sees the expression with the columns replaced by their calculator texts; its
+// messages go on to the user with those texts turned back into the column names typed.
+class cTypedNamesLogger : public cVxLoggerCallBack {
+public:
+    cTypedNamesLogger(cVxLoggerCallBack* target, std::string rewritten, std::string typed)
+        : mTarget(target), mRewritten(std::move(rewritten)), mTyped(std::move(typed))
+    {
+    }
+    void addName(const std::string& reference, const std::string& name) { mNames.emplace_back(reference, name); }
+    void loggerCallBackVirtualLogMessage(unsigned severity, const std::string& text) override
+    {
+        if (!mTarget)
+            return;
+        std::string message = text;
+        replaceAll(message, mRewritten, mTyped);
+        // Longest first: a calculator column's text holds the texts of the columns it was made of.
+        std::sort(mNames.begin(), mNames.end(),
+                  [](const auto& a, const auto& b) { return a.first.size() > b.first.size(); });
+        for (const auto& [reference, name] : mNames)
+            replaceAll(message, reference, name);
+        mTarget->loggerCallBackVirtualLogMessage(severity, message);
+    }
+
+private:
+    static void replaceAll(std::string& text, const std::string& from, const std::string& to)
+    {
+        if (from.empty() || from == to)
+            return;
+        for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+            text.replace(at, from.size(), to);
+    }
+    cVxLoggerCallBack* mTarget;
+    std::string mRewritten, mTyped;
+    std::vector<std::pair<std::string, std::string>> mNames;
+};
+
+}  // namespace
+
 bool wxTreeGridData::evaluateParsedExpression(const std::string& expression, wxTreeGridDataColumn& column)
 {
     const std::string text = replaceExcelColumnNames(expression);
+    cTypedNamesLogger typed(mLogger.getLoggerCallBack(), text, expression);
+    for (unsigned c = 0; c < mColumnMap.size(); ++c)
+        typed.addName(getCurveColumn(c).reference, getExcelColumnName(c));
+    struct cRestore {
+        cWaveformExpressionEvaluator& evaluator;
+        cVxLoggerCallBack* callBack;
+        ~cRestore() { evaluator.setLoggerCallBack(callBack); }
+    } restore{mEvaluator, mLogger.getLoggerCallBack()};
+    mEvaluator.setLoggerCallBack(&typed);
     cWaveformExpression result;
     if (!mEvaluator.evaluateString(text, result))
         return false;
@@ -295,13 +356,12 @@ std::string wxTreeGridData::cellText(unsigned row, unsigned col) const
     const double x = mRowXs.at(row);
     if (!column)
         return numberText(x);
-    const size_t sample = column->findSample(x);
-    if (sample == wxTreeGridDataColumn::npos)
+    double re = 0, im = 0;
+    if (!cellValue(*column, row, re, im))
         return {};
     if (!column->complex)
-        return numberText(column->ys[sample]);
-    const double im = column->imag[sample];
-    return numberText(column->ys[sample]) + (std::signbit(im) ? "" : "+") + numberText(im) + "j";
+        return numberText(re);
+    return numberText(re) + (std::signbit(im) ? "" : "+") + numberText(im) + "j";
 }
 
 std::string wxTreeGridData::treeGridVirtualGetValue(unsigned row, unsigned col) { return cellText(row, col); }

@@ -41,8 +41,15 @@ public:
     unsigned getNbOfCurveColumns() const { return unsigned(mColumnMap.size()); }
     const wxTreeGridDataColumn& getCurveColumn(unsigned curveColumn) const;
     const std::vector<double>& getRowXs() const { return mRowXs; }
-    // The value of a curve column in a row; NaN where the curve has no value.
+    // The value of a curve column in a row; NaN where the curve has no value (and, with
+    // interpolation on, where the row lies outside the curve's x range).
     double getCurveValue(unsigned row, unsigned curveColumn) const;
+    // A row where a curve has no sample of its own shows the value interpolated between its
+    // neighbours, instead of a blank.
+    void setInterpolateMissingValues(bool flag) { mInterpolate = flag; }
+    bool getInterpolateMissingValues() const { return mInterpolate; }
+    // Leading columns that hold sweep values rather than curves: the x column.
+    unsigned getNbOfSweepVariableColumns() const { return 1; }
 
     // ---- Calculator
     // "A", "B", ..., "Z", "AA", ...: the name of a curve column, and back (false for no name).
@@ -61,6 +68,12 @@ public:
     // ---- Export of x and the given curve columns (all when empty) with a message either way.
     std::string exportToString(int format, const std::vector<unsigned>& curveColumns) const;
     bool exportFromDialog(const std::string& fileName, int format, const std::vector<unsigned>& curveColumns);
+    // The same for grid columns (0 is x) in the given order and model rows in the given order
+    // (all rows in model order when rows is empty): the table as a view arranged and sorted it.
+    std::string exportGridColumnsToString(int format, const std::vector<unsigned>& gridColumns,
+                                          const std::vector<unsigned>& rows) const;
+    bool exportGridColumns(const std::string& fileName, int format, const std::vector<unsigned>& gridColumns,
+                           const std::vector<unsigned>& rows);
     // The curve columns the user selected; empty answers "No curves selected in table.".
     bool checkSelectionForExport(const std::vector<unsigned>& curveColumns);
 
@@ -98,6 +111,8 @@ private:
     const wxTreeGridDataColumn* columnAt(unsigned col) const;  // grid column, 0 is x
     void rebuildRows();
     std::string cellText(unsigned row, unsigned col) const;
+    // The sample of a column in a row, interpolated when allowed; false for none.
+    bool cellValue(const wxTreeGridDataColumn& column, unsigned row, double& re, double& im) const;
 
     cCurvePlotDataFile& mStore;
     cWaveformExpressionEvaluator mEvaluator;
@@ -106,6 +121,7 @@ private:
     std::vector<cColumnRef> mColumnMap;  // curve column -> section and its column
     std::vector<double> mRowXs;
     std::string mXName = "x";
+    bool mInterpolate = false;
 };
 
 }  // namespace vx3

@@ -47,6 +47,23 @@ std::string wxTreeGridData::exportToString(int format, const std::vector<unsigne
             if (c < getNbOfCurveColumns())
                 cols.push_back(c + 1);
     }
+    return exportGridColumnsToString(format, cols, {});
+}
+
+std::string wxTreeGridData::exportGridColumnsToString(int format, const std::vector<unsigned>& gridColumns,
+                                                      const std::vector<unsigned>& rows) const
+{
+    std::vector<unsigned> cols;
+    for (unsigned col : gridColumns)
+        if (col <= getNbOfCurveColumns())
+            cols.push_back(col);
+    std::vector<unsigned> order;
+    for (unsigned row : rows)
+        if (row < mRowXs.size())
+            order.push_back(row);
+    if (rows.empty())
+        for (unsigned row = 0; row < mRowXs.size(); ++row)
+            order.push_back(row);
     auto& self = const_cast<wxTreeGridData&>(*this);  // the grid callbacks are not const
     std::string out;
     if (format == treeGridData::export_html) {
@@ -57,7 +74,7 @@ std::string wxTreeGridData::exportToString(int format, const std::vector<unsigne
         for (unsigned col : cols)
             out += "<TH>" + vxString::escape_markup(self.treeGridVirtualGetColHeaderLabel(col)) + "</TH>";
         out += "</TR>\n";
-        for (unsigned row = 0; row < mRowXs.size(); ++row) {
+        for (unsigned row : order) {
             out += "<TR>";
             for (unsigned col : cols)
                 out += "<TD>" + vxString::escape_markup(cellText(row, col)) + "</TD>";
@@ -75,7 +92,7 @@ std::string wxTreeGridData::exportToString(int format, const std::vector<unsigne
         out += (i ? std::string(1, separator) : std::string()) + (csv ? csvField(name) : name);
     }
     out += '\n';
-    for (unsigned row = 0; row < mRowXs.size(); ++row) {
+    for (unsigned row : order) {
         for (size_t i = 0; i < cols.size(); ++i) {
             const std::string text = cellText(row, cols[i]);
             out += (i ? std::string(1, separator) : std::string()) + (csv ? csvField(text) : text);
@@ -88,6 +105,21 @@ std::string wxTreeGridData::exportToString(int format, const std::vector<unsigne
 bool wxTreeGridData::exportFromDialog(const std::string& fileName, int format,
                                       const std::vector<unsigned>& curveColumns)
 {
+    // x first, then the curves in the order asked for (all when none is named).
+    std::vector<unsigned> cols{0};
+    for (unsigned c = 0; c < getNbOfCurveColumns(); ++c)
+        cols.push_back(c + 1);
+    if (!curveColumns.empty()) {
+        cols.assign(1, 0);
+        for (unsigned c : curveColumns)
+            cols.push_back(c + 1);
+    }
+    return exportGridColumns(fileName, format, cols, {});
+}
+
+bool wxTreeGridData::exportGridColumns(const std::string& fileName, int format,
+                                       const std::vector<unsigned>& gridColumns, const std::vector<unsigned>& rows)
+{
     if (!getNbOfCurveColumns()) {
         mLogger.errorMsg("No curves selected in table.");
         return false;
@@ -97,7 +129,7 @@ bool wxTreeGridData::exportFromDialog(const std::string& fileName, int format,
         mLogger.errorMsg(replaceName("Failed to open file \"%%\".", fileName));
         return false;
     }
-    file << exportToString(format, curveColumns);
+    file << exportGridColumnsToString(format, gridColumns, rows);
     file.close();
     if (!file) {
         mLogger.errorMsg(replaceName("Failed to export to file \"%%\".", fileName));

@@ -111,10 +111,82 @@ std::vector<unsigned> wxTreeGridTableWidgetImpl::shownCurveColumns()
 
 bool wxTreeGridTableWidgetImpl::exportToFile(const QString& fileName, int format)
 {
+    if (mGrid->checkIsTransposed()) {
+        // The inverted view has rows for columns: the file keeps the table upright.
+        return mData->exportFromDialog(fileName.toStdString(), format, {});
+    }
     const std::vector<unsigned> columns = shownCurveColumns();
     if (!mData->checkSelectionForExport(columns))
         return false;
-    return mData->exportFromDialog(fileName.toStdString(), format, columns);
+    std::vector<unsigned> gridColumns;
+    for (unsigned e = 0; e < mGrid->getNumberOfColumns(); ++e) {
+        const unsigned col = mGrid->getColFromEffectiveCol(e);
+        if (col == 0 || !mGrid->checkColIsHidden(col))
+            gridColumns.push_back(col);
+    }
+    return mData->exportGridColumns(fileName.toStdString(), format, gridColumns, mGrid->getSortedRows());
+}
+
+void wxTreeGridTableWidgetImpl::clear()
+{
+    mData->clear();
+    tableChanged();
+}
+
+bool wxTreeGridTableWidgetImpl::checkColumnCommand(unsigned col, const char* what)
+{
+    if (mGrid->checkIsTransposed()) {
+        mData->getLogger().errorMsg(std::string("The table shows its rows and columns inverted: ") + what +
+                                    " acts on the columns of the upright table.");
+        return false;
+    }
+    if (col >= mGrid->getNumberOfColumns()) {
+        mData->getLogger().errorMsg("The column index " + std::to_string(col) + " is not in the table (columns 0 to " +
+                                    std::to_string(mGrid->getNumberOfColumns() - 1) + ").");
+        return false;
+    }
+    return true;
+}
+
+bool wxTreeGridTableWidgetImpl::sortColumn(unsigned col, int order)
+{
+    if (!checkColumnCommand(col, "sorting"))
+        return false;
+    mGrid->setColSortOrder(col, order);
+    const bool sorted = mGrid->sort();
+    mGrid->viewChanged();
+    return sorted;
+}
+
+bool wxTreeGridTableWidgetImpl::moveColumn(unsigned col, unsigned newPosition)
+{
+    if (!checkColumnCommand(col, "moving"))
+        return false;
+    if (newPosition >= mGrid->getNumberOfColumns()) {
+        mData->getLogger().errorMsg("The column position " + std::to_string(newPosition) +
+                                    " is not in the table (positions 0 to " +
+                                    std::to_string(mGrid->getNumberOfColumns() - 1) + ").");
+        return false;
+    }
+    mGrid->moveColumn(col, newPosition);
+    mGrid->updateHeaderAndColWidth();
+    mGrid->viewChanged();
+    return true;
+}
+
+void wxTreeGridTableWidgetImpl::setInterpolateMissingValues(bool flag)
+{
+    if (flag == mData->getInterpolateMissingValues())
+        return;
+    mData->setInterpolateMissingValues(flag);
+    mGrid->dataChanged(false, true);
+    mGrid->update();
+}
+
+void wxTreeGridTableWidgetImpl::setRowsAndColumnsInverted(bool flag)
+{
+    if (flag != mGrid->checkIsTransposed())
+        mGrid->transposeGrid();
 }
 
 void wxTreeGridTableWidgetImpl::exportFromDialog()

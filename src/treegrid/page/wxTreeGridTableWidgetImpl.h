@@ -34,10 +34,21 @@ public:
     // A calculator column from the expression (the bar's text when empty); false with the reason
     // in the message line, and the table as it was.
     bool insertCalculatorColumn(const QString& expression = {});
-    // Writes x and the curve columns that show (format by treeGridData::export_format).
+    // Writes the columns that show, in the view's order of columns and of sorted rows (format by
+    // treeGridData::export_format); filtered rows are written too, since the file is the data.
     bool exportToFile(const QString& fileName, int format);
     // The model changed behind the grid's back (a reload): read it again.
     void tableChanged();
+    // Removes every column but x.
+    void clear();
+
+    // Column commands by model column (0 is x, then A, B, ...), each false with its message when
+    // the column or the place is not in the table. order: treeGridGeometry::sort_order.
+    bool sortColumn(unsigned col, int order);
+    bool moveColumn(unsigned col, unsigned newPosition);
+    void setInterpolateMissingValues(bool flag);
+    // Rows and columns exchanged; the grid's transpose, kept in step with the option.
+    void setRowsAndColumnsInverted(bool flag);
 
     QLineEdit* expressionEdit() const { return mExpression; }
     QPushButton* insertButton() const { return mInsert; }
@@ -49,6 +60,7 @@ public:
 private:
     void exportFromDialog();
     std::vector<unsigned> shownCurveColumns();
+    bool checkColumnCommand(unsigned col, const char* what);
 
     std::unique_ptr<wxTreeGridData> mData;
     wxTreeGridImpl* mGrid = nullptr;

@@ -160,6 +160,13 @@ TEST(TreeGridData, BadExpressionsAreToldAndChangeNothing)
         ASSERT_FALSE(page.messages.errors.empty()) << expression;
         if (!message.empty())
             EXPECT_EQ(page.messages.errors.back(), message) << expression;
+        // The user reads what they typed: never the calculator texts that stand for the columns.
+        std::string told;
+        for (const std::string& error : page.messages.errors)
+            told += error + "\n";
+        EXPECT_EQ(told.find("waveform("), std::string::npos) << told;
+        if (expression == "A +" || expression == "(A * B")
+            EXPECT_NE(told.find(expression), std::string::npos) << told;
         EXPECT_EQ(page.table.getNbOfCurveColumns(), 3u) << expression;
     }
     EXPECT_EQ(page.table.exportToString(treeGridData::export_csv, {}), before);
@@ -223,6 +230,11 @@ with open('two.csv', 'w') as f:
     EXPECT_EQ(table.treeGridVirtualGetValue(2, 1), "");  // nor a at 1.5
     EXPECT_TRUE(std::isnan(table.treeGridVirtualGetDoubleValue(2, 1)));
     EXPECT_EQ(table.treeGridVirtualGetValue(4, 2), "30");
+    // Interpolated between the neighbours when asked; still blank outside a curve's range.
+    table.setInterpolateMissingValues(true);
+    EXPECT_DOUBLE_EQ(table.treeGridVirtualGetDoubleValue(2, 1), 3.0);
+    EXPECT_DOUBLE_EQ(table.treeGridVirtualGetDoubleValue(1, 2), 10.0 + 10.0 / 1.5);
+    table.setInterpolateMissingValues(false);
     // Computed on the curves themselves, the sum is shown on every row in range.
     ASSERT_TRUE(table.insertCalculatorColumn("A + B"));
     EXPECT_EQ(table.treeGridVirtualGetDoubleValue(0, 3), 11.0);
