@@ -137,7 +137,6 @@ private:
     // -1 for the other commands.
     int executeOverlayCommand(wxWaveExplorerCommand& command);
     void applyOverlayOptions(wxSinglePlotWidgetImpl& plot) const;
-    cCurvePlotDataSection* findSectionForOverlay(const std::string& name) const;
     int findCurveInPlot(const wxSinglePlotWidgetImpl& plot, const cCurvePlotDataSection* section, uint64_t curveIndex) const;
     int findCommandCurveInPlot(const wxWaveExplorerCommand& command, const wxSinglePlotWidgetImpl& plot, bool byId) const;
     // Store commands that close or reload files: plots let go of the curves before, and find

@@ -90,17 +90,6 @@ std::string splitPartSuffix(const std::string& type, bool& imaginary)
 }
 }  // namespace
 
-cCurvePlotDataSection* wxWaveExplorerWidgetImpl::findSectionForOverlay(const std::string& name) const
-{
-    cCurvePlotDataFile& store = *mStore;
-    const uint64_t index = store.getDataSectionIndexFromCompleteName(name);
-    cCurvePlotDataSection* section =
-        index != cCurvePlotDataFile::npos ? store.getDataSectionFromIndex(index) : store.getDataSectionFromName(name);
-    if (!section)
-        mLogger.errorMsg("The section \"" + name + "\" was not found.");
-    return section;
-}
-
 int wxWaveExplorerWidgetImpl::findCurveInPlot(const wxSinglePlotWidgetImpl& plot, const cCurvePlotDataSection* section,
                                               uint64_t curveIndex) const
 {
@@ -127,7 +116,7 @@ int wxWaveExplorerWidgetImpl::findCommandCurveInPlot(const wxWaveExplorerCommand
         mLogger.errorMsg("The section with identifier " + std::to_string(static_cast<long long>(id)) + " was not found.");
         return -1;
     }
-    const cCurvePlotDataSection* section = findSectionForOverlay(command.getStringArgument(0));
+    const cCurvePlotDataSection* section = findSectionOrLog(command.getStringArgument(0));
     if (!section)
         return -1;
     const std::string& curveName = command.getStringArgument(1);
@@ -190,7 +179,7 @@ int wxWaveExplorerWidgetImpl::executeOverlayCommand(wxWaveExplorerCommand& comma
         int curve = -1;
         if (byId) {
             curve = findCommandCurveInPlot(command, *plot, true);
-        } else if (const cCurvePlotDataSection* section = findSectionForOverlay(command.getStringArgument(0))) {
+        } else if (const cCurvePlotDataSection* section = findSectionOrLog(command.getStringArgument(0))) {
             const double index = command.getDoubleArg(0, -1.0);
             curve = index >= 0.0 ? findCurveInPlot(*plot, section, static_cast<uint64_t>(index)) : -1;
         }

@@ -40,18 +40,24 @@ wxSinglePlotWidgetImpl* wxWaveExplorerWidgetImpl::findPlotOrLog(const std::strin
     return plot;
 }
 
+// The section by complete name or name, as every command naming one finds it.
+cCurvePlotDataSection* wxWaveExplorerWidgetImpl::findSectionOrLog(const std::string& name) const
+{
+    cCurvePlotDataFile& store = *mStore;
+    const uint64_t index = store.getDataSectionIndexFromCompleteName(name);
+    cCurvePlotDataSection* section =
+        index != cCurvePlotDataFile::npos ? store.getDataSectionFromIndex(index) : store.getDataSectionFromName(name);
+    if (!section)
+        mLogger.errorMsg("The section \"" + name + "\" was not found.");
+    return section;
+}
+
 int wxWaveExplorerWidgetImpl::addCurveToPlot(wxSinglePlotWidgetImpl& plot, const std::string& sectionName,
                                              const std::string& curveName, bool clear)
 {
-    cCurvePlotDataFile& store = *mStore;
-    cCurvePlotDataSection* section = nullptr;
-    const uint64_t sectionIndex = store.getDataSectionIndexFromCompleteName(sectionName);
-    section = sectionIndex != cCurvePlotDataFile::npos ? store.getDataSectionFromIndex(sectionIndex)
-                                                       : store.getDataSectionFromName(sectionName);
-    if (!section) {
-        mLogger.errorMsg("The section \"" + sectionName + "\" was not found.");
+    cCurvePlotDataSection* section = findSectionOrLog(sectionName);
+    if (!section)
         return kFailed;
-    }
     const uint64_t curveIndex = section->findVariableIndex(curveName);
     if (curveIndex >= section->getNbOfVariables()) {
         mLogger.errorMsg("The curve \"" + curveName + "\" was not found in section \"" + sectionName + "\".");

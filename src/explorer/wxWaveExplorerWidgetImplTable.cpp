@@ -60,18 +60,6 @@ wxTreeGridTableWidgetImpl* wxWaveExplorerWidgetImpl::findTableOrLog(const std::s
     return table;
 }
 
-// The section by complete name or name, as the plot commands find it.
-cCurvePlotDataSection* wxWaveExplorerWidgetImpl::findSectionOrLog(const std::string& name) const
-{
-    cCurvePlotDataFile& store = *mStore;
-    const uint64_t index = store.getDataSectionIndexFromCompleteName(name);
-    cCurvePlotDataSection* section =
-        index != cCurvePlotDataFile::npos ? store.getDataSectionFromIndex(index) : store.getDataSectionFromName(name);
-    if (!section)
-        mLogger.errorMsg("The section \"" + name + "\" was not found.");
-    return section;
-}
-
 int wxWaveExplorerWidgetImpl::addCurveToTable(wxTreeGridTableWidgetImpl& table, cCurvePlotDataSection& section,
                                               uint64_t curveIndex, bool clear)
 {
