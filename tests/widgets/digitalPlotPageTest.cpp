@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QTest>
 #include <cstdlib>
 #include <filesystem>
 
@@ -189,6 +190,24 @@ TEST(DigitalPlotPage, BusOpensIntoBitsThatMatchTheDumpAndClosesToTheSamePicture)
     ASSERT_TRUE(rows.collapseBus(1));
     const QImage again = page.paintPage(kWidth, kHeight);
     EXPECT_EQ(again, closed);
+
+    // A click on the bus's name opens it, a second closes it; each is recorded by name.
+    {
+        std::vector<std::string> recorded;
+        page.setCommandRecorder([&recorded](const std::string& text) { recorded.push_back(text); });
+        rows.resize(kWidth, kHeight);
+        const auto& look = rows.getLook();
+        const auto& bus = rows.rows().row(1);
+        const QPoint onName(look.leftMargin / 2, look.topMargin + int(bus.position + bus.height / 2));
+        QTest::mouseClick(&rows, Qt::LeftButton, Qt::NoModifier, onName);
+        EXPECT_EQ(rows.rows().size(), 11u);
+        QTest::mouseClick(&rows, Qt::LeftButton, Qt::NoModifier, onName);
+        EXPECT_EQ(rows.rows().size(), 3u);
+        const std::string plot = "\"" + rows.getPlotName() + "\"";
+        EXPECT_EQ(recorded, (std::vector<std::string>{"expand_group_in_plot " + plot + " \"top.count[7:0]\"",
+                                                      "collapse_group_in_plot " + plot + " \"top.count[7:0]\""}));
+        page.setCommandRecorder(nullptr);
+    }
 
     // Curves leaving and coming back by the plot's own doors (remove, undo): the rows follow, each
     // row still naming the curve it draws.

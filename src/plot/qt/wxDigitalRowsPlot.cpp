@@ -298,8 +298,12 @@ void wxDigitalRowsPlot::onMouseDown(double x, double y, int button, int modifier
     const singlePlotWidgetImpl::cPlotLook& look = getLook();
     if (x < look.leftMargin && y >= look.topMargin && y < height() - look.bottomMargin) {
         const int row = mRows.findRowAt(y - look.topMargin);
-        if (row >= 0)
-            toggleRow(static_cast<size_t>(row));
+        if (row >= 0 && toggleRow(static_cast<size_t>(row))) {
+            // Recorded by name, as a script would open or close it.
+            const digitalPlotPageRows::cRow& toggled = mRows.row(static_cast<size_t>(row));
+            recordUserCommand(std::string(toggled.expanded ? "expand_group_in_plot" : "collapse_group_in_plot") +
+                              " \"" + getPlotName() + "\" \"" + toggled.name + "\"");
+        }
         return;
     }
     wxSinglePlotWidgetImpl::onMouseDown(x, y, button, modifiers);
