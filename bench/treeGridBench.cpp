@@ -57,8 +57,6 @@ public:
         static const char* labels[] = {"File", "Section", "Curve", "Value"};
         return labels[col];
     }
-    std::string treeGridVirtualGetRowHeaderLabel(unsigned) override { return {}; }
-    int treeGridVirtualGetRowHeaderLabelOffset() override { return 1; }
     std::string treeGridVirtualGetValue(unsigned row, unsigned col) override
     {
         switch (col) {
@@ -71,12 +69,6 @@ public:
     double treeGridVirtualGetDoubleValue(unsigned row, unsigned col) override { return values[row]; }
     bool treeGridVirtualGetDefaultExpanded(unsigned, unsigned) override { return true; }
     bool treeGridVirtualGetGridUsesExpanders() override { return true; }
-    void treeGridVirtualElementSelected(unsigned, unsigned) override {}
-    void treeGridVirtualElementDeselected(unsigned, unsigned) override {}
-    void treeGridVirtualRowSelected(unsigned) override {}
-    void treeGridVirtualRowDeselected(unsigned) override {}
-    void treeGridVirtualColSelected(unsigned) override {}
-    void treeGridVirtualColDeselected(unsigned) override {}
     int treeGridVirtualGetColType(unsigned col) override
     {
         return col == 3 ? treeGridVirtual::col_number : treeGridVirtual::col_string;

@@ -109,16 +109,9 @@ public:
     unsigned treeGridVirtualGetNumberOfRows() override { return unsigned(mRows.size()); }
     std::string treeGridVirtualGetColHeaderLabel(unsigned col) override;
     std::string treeGridVirtualGetRowHeaderLabel(unsigned row) override { return std::to_string(row + 1); }
-    int treeGridVirtualGetRowHeaderLabelOffset() override { return 1; }
     std::string treeGridVirtualGetValue(unsigned row, unsigned col) override;
     bool treeGridVirtualGetDefaultExpanded(unsigned row, unsigned level) override { return level == 0; }
     bool treeGridVirtualGetGridUsesExpanders() override { return true; }
-    void treeGridVirtualElementSelected(unsigned, unsigned) override {}
-    void treeGridVirtualElementDeselected(unsigned, unsigned) override {}
-    void treeGridVirtualRowSelected(unsigned) override {}
-    void treeGridVirtualRowDeselected(unsigned) override {}
-    void treeGridVirtualColSelected(unsigned) override {}
-    void treeGridVirtualColDeselected(unsigned) override {}
     int treeGridVirtualGetColType(unsigned col) override;
     double treeGridVirtualGetDoubleValue(unsigned row, unsigned col) override;
     std::string treeGridVirtualGetToolTip(unsigned row, unsigned col) override;

@@ -30,18 +30,10 @@ public:
     unsigned treeGridVirtualGetNumberOfColumns() override { return unsigned(mLabels.size()); }
     unsigned treeGridVirtualGetNumberOfRows() override { return unsigned(mRows.size()); }
     std::string treeGridVirtualGetColHeaderLabel(unsigned col) override;
-    std::string treeGridVirtualGetRowHeaderLabel(unsigned row) override { return {}; }
-    int treeGridVirtualGetRowHeaderLabelOffset() override { return 1; }
     std::string treeGridVirtualGetValue(unsigned row, unsigned col) override;
     double treeGridVirtualGetDoubleValue(unsigned row, unsigned col) override;
     bool treeGridVirtualGetDefaultExpanded(unsigned, unsigned) override { return mDefaultExpanded; }
     bool treeGridVirtualGetGridUsesExpanders() override { return mExpanders; }
-    void treeGridVirtualElementSelected(unsigned, unsigned) override {}
-    void treeGridVirtualElementDeselected(unsigned, unsigned) override {}
-    void treeGridVirtualRowSelected(unsigned) override {}
-    void treeGridVirtualRowDeselected(unsigned) override {}
-    void treeGridVirtualColSelected(unsigned) override {}
-    void treeGridVirtualColDeselected(unsigned) override {}
     int treeGridVirtualGetColType(unsigned col) override;
 
 private:

@@ -68,17 +68,9 @@ public:
     unsigned treeGridVirtualGetNumberOfColumns() override { return mHasGroups ? 3 : 2; }
     unsigned treeGridVirtualGetNumberOfRows() override { return unsigned(mEntries.size()); }
     std::string treeGridVirtualGetColHeaderLabel(unsigned col) override;
-    std::string treeGridVirtualGetRowHeaderLabel(unsigned row) override { return {}; }
-    int treeGridVirtualGetRowHeaderLabelOffset() override { return 1; }
     std::string treeGridVirtualGetValue(unsigned row, unsigned col) override;
     bool treeGridVirtualGetDefaultExpanded(unsigned row, unsigned level) override { return true; }
     bool treeGridVirtualGetGridUsesExpanders() override { return mHasGroups; }
-    void treeGridVirtualElementSelected(unsigned, unsigned) override {}
-    void treeGridVirtualElementDeselected(unsigned, unsigned) override {}
-    void treeGridVirtualRowSelected(unsigned) override {}
-    void treeGridVirtualRowDeselected(unsigned) override {}
-    void treeGridVirtualColSelected(unsigned) override {}
-    void treeGridVirtualColDeselected(unsigned) override {}
     int treeGridVirtualGetColType(unsigned col) override { return treeGridVirtual::col_string; }
     // Booleans toggle and enumerations offer their values when edited.
     int treeGridVirtualGetCellDataType(unsigned row, unsigned col) override;

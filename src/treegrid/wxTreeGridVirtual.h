@@ -32,22 +32,24 @@ public:
     virtual unsigned treeGridVirtualGetNumberOfColumns() = 0;
     virtual unsigned treeGridVirtualGetNumberOfRows() = 0;
     virtual std::string treeGridVirtualGetColHeaderLabel(unsigned col) = 0;
-    virtual std::string treeGridVirtualGetRowHeaderLabel(unsigned row) = 0;
-    // Added to the row numbers a grid shows by default (1 for tables counted from 1).
-    virtual int treeGridVirtualGetRowHeaderLabelOffset() = 0;
     // The cell's text; a model that cannot answer returns an empty text.
     virtual std::string treeGridVirtualGetValue(unsigned row, unsigned col) = 0;
     virtual bool treeGridVirtualGetDefaultExpanded(unsigned row, unsigned level) = 0;
     virtual bool treeGridVirtualGetGridUsesExpanders() = 0;
-    virtual void treeGridVirtualElementSelected(unsigned row, unsigned col) = 0;
-    virtual void treeGridVirtualElementDeselected(unsigned row, unsigned col) = 0;
-    virtual void treeGridVirtualRowSelected(unsigned row) = 0;
-    virtual void treeGridVirtualRowDeselected(unsigned row) = 0;
-    virtual void treeGridVirtualColSelected(unsigned col) = 0;
-    virtual void treeGridVirtualColDeselected(unsigned col) = 0;
     virtual int treeGridVirtualGetColType(unsigned col) = 0;
 
     // ---- Optional, with the behaviour of a plain table.
+    // Row headers show the row number plus the offset (1 for tables counted from 1) unless a
+    // model names its rows.
+    virtual std::string treeGridVirtualGetRowHeaderLabel(unsigned row) { return {}; }
+    virtual int treeGridVirtualGetRowHeaderLabelOffset() { return 1; }
+    // Selection notices, for models that follow the selection.
+    virtual void treeGridVirtualElementSelected(unsigned row, unsigned col) {}
+    virtual void treeGridVirtualElementDeselected(unsigned row, unsigned col) {}
+    virtual void treeGridVirtualRowSelected(unsigned row) {}
+    virtual void treeGridVirtualRowDeselected(unsigned row) {}
+    virtual void treeGridVirtualColSelected(unsigned col) {}
+    virtual void treeGridVirtualColDeselected(unsigned col) {}
     // 0: measure the texts; a positive width wins over measuring.
     virtual int treeGridVirtualGetFixedColWidth(unsigned col) { return 0; }
     // A text as wide as the widest of the column, so that a large model spares the measuring of

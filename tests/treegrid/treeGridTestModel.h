@@ -53,8 +53,6 @@ public:
         return unsigned(c.type == vx3::treeGridVirtual::col_number ? c.numbers.size() : c.texts.size());
     }
     std::string treeGridVirtualGetColHeaderLabel(unsigned col) override { return columns.at(col).label; }
-    std::string treeGridVirtualGetRowHeaderLabel(unsigned row) override { return {}; }
-    int treeGridVirtualGetRowHeaderLabelOffset() override { return 1; }
     std::string treeGridVirtualGetValue(unsigned row, unsigned col) override
     {
         const auto& c = columns.at(col);

@@ -81,18 +81,10 @@ public:
     unsigned treeGridVirtualGetNumberOfColumns() override { return getNbOfCurveColumns() + 1; }
     unsigned treeGridVirtualGetNumberOfRows() override { return unsigned(mRowXs.size()); }
     std::string treeGridVirtualGetColHeaderLabel(unsigned col) override;
-    std::string treeGridVirtualGetRowHeaderLabel(unsigned row) override { return {}; }
-    int treeGridVirtualGetRowHeaderLabelOffset() override { return 1; }
     std::string treeGridVirtualGetValue(unsigned row, unsigned col) override;
     double treeGridVirtualGetDoubleValue(unsigned row, unsigned col) override;
     bool treeGridVirtualGetDefaultExpanded(unsigned, unsigned) override { return true; }
     bool treeGridVirtualGetGridUsesExpanders() override { return false; }
-    void treeGridVirtualElementSelected(unsigned, unsigned) override {}
-    void treeGridVirtualElementDeselected(unsigned, unsigned) override {}
-    void treeGridVirtualRowSelected(unsigned) override {}
-    void treeGridVirtualRowDeselected(unsigned) override {}
-    void treeGridVirtualColSelected(unsigned) override {}
-    void treeGridVirtualColDeselected(unsigned) override {}
     int treeGridVirtualGetColType(unsigned col) override { return treeGridVirtual::col_number; }
     // Curve and calculator columns may go from the column menu; x stays.
     bool treeGridVirtualCheckColCanBeRemoved(unsigned col) override { return col > 0 && col <= getNbOfCurveColumns(); }

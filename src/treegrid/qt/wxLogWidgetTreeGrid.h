@@ -37,16 +37,8 @@ public:
 
     unsigned treeGridVirtualGetNumberOfColumns() override { return logWidgetTreeGrid::nb_columns; }
     std::string treeGridVirtualGetColHeaderLabel(unsigned col) override;
-    std::string treeGridVirtualGetRowHeaderLabel(unsigned) override { return {}; }
-    int treeGridVirtualGetRowHeaderLabelOffset() override { return 1; }
     bool treeGridVirtualGetDefaultExpanded(unsigned, unsigned) override { return true; }
     bool treeGridVirtualGetGridUsesExpanders() override { return false; }
-    void treeGridVirtualElementSelected(unsigned, unsigned) override {}
-    void treeGridVirtualElementDeselected(unsigned, unsigned) override {}
-    void treeGridVirtualRowSelected(unsigned) override {}
-    void treeGridVirtualRowDeselected(unsigned) override {}
-    void treeGridVirtualColSelected(unsigned) override {}
-    void treeGridVirtualColDeselected(unsigned) override {}
     int treeGridVirtualGetColType(unsigned) override { return treeGridVirtual::col_string; }
     bool treeGridVirtualGetCellColours(unsigned row, unsigned col, unsigned& foreground, unsigned& background) override;
     std::string treeGridVirtualGetToolTip(unsigned row, unsigned col) override;
