@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "../../base/testSupport.h"
 #include "../../widgets/digitalDumpOracle.h"
 #include "model/cCurvePlotDataSection.h"
 #include "model/derivedCurveFunction.h"
@@ -29,26 +30,6 @@
 namespace {
 
 using zwtest::pumpUntil;
-
-class cScratch {
-public:
-    cScratch()
-    {
-        std::string pattern = "/tmp/zelwave-overlay-XXXXXX";
-        const char* made = mkdtemp(pattern.data());
-        mPath = made ? made : "";
-    }
-    ~cScratch()
-    {
-        std::error_code error;
-        if (!mPath.empty())
-            std::filesystem::remove_all(mPath, error);
-    }
-    const std::string& path() const { return mPath; }
-
-private:
-    std::string mPath;
-};
 
 std::string readText(const std::string& path)
 {
@@ -292,7 +273,7 @@ TEST(overlayCommands, GridLinesByCommandAndHighlightingRedrawTheCurvesAndComeBac
 
 TEST(overlayCommands, RulerAndCurveClicksAreRecordedAndTheRecordingReplaysThem)
 {
-    cScratch scratch;
+    zwtest::cTempDir scratch("zelwave-overlay-");
     const std::string recording = scratch.path() + "/actions.cmd";
     double marker = 0.0, cursor = 0.0;
     std::string id;
@@ -358,7 +339,7 @@ TEST(overlayCommands, RulerAndCurveClicksAreRecordedAndTheRecordingReplaysThem)
 // A bus of a dump written by iverilog, drawn on the plot: its values read in the plot's radix.
 TEST(overlayCommands, BusValuesFollowThePlotsRadix)
 {
-    cScratch scratch;
+    zwtest::cTempDir scratch("zelwave-overlay-");
     zwtest::cDigitalDumpOracle oracle;
     ASSERT_TRUE(oracle.write(scratch.path())) << "the oracle needs iverilog and vvp";
     cViewer viewer;
@@ -409,7 +390,7 @@ TEST(overlayCommands, PictureWithLegendRulersAndAnnotations)
     }
     // Two ruler heads, two values per ruler, the text, the point and the delta.
     EXPECT_GE(shown, 9u);
-    cScratch scratch;
+    zwtest::cTempDir scratch("zelwave-overlay-");
     const std::string path = qEnvironmentVariableIsSet("ZW_OVERLAY_PICTURE")
                                  ? qEnvironmentVariable("ZW_OVERLAY_PICTURE").toStdString()
                                  : scratch.path() + "/overlay.png";

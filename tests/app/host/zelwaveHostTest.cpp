@@ -26,6 +26,7 @@
 #include <sys/socket.h>
 
 #include "../pumpUntil.h"
+#include "../../base/testSupport.h"
 #include "zelwave.h"
 
 namespace {
@@ -46,27 +47,6 @@ bool sleepUntil(F condition)
     }
     return true;
 }
-
-// A scratch folder removed with its files when the test ends.
-class cScratch {
-public:
-    explicit cScratch(const char* prefix)
-    {
-        std::string pattern = std::string("/tmp/") + prefix + "XXXXXX";
-        const char* made = mkdtemp(pattern.data());
-        mPath = made ? made : "";
-    }
-    ~cScratch()
-    {
-        std::error_code error;
-        if (!mPath.empty())
-            std::filesystem::remove_all(mPath, error);
-    }
-    const std::string& path() const { return mPath; }
-
-private:
-    std::string mPath;
-};
 
 // Closes a top-level window and lets Qt delete it.
 void closeAndDelete(void* handle)
@@ -220,7 +200,7 @@ TEST(zelwaveHost, GetStatusWhileACommandFileRunsInTheBackground)
 {
     void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
     ASSERT_NE(handle, nullptr);
-    cScratch scratch("zelwave-host-");
+    zwtest::cTempDir scratch("zelwave-host-");
     const std::string& dir = scratch.path();
     std::ofstream(dir + "/work.cmd") << "add_section bg\nnot_a_command\nget_number_of_sections\n";
 
@@ -351,7 +331,7 @@ TEST(zelwaveHost, ClosingWaitsForTheBackgroundTask)
     void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 400, 300, 0);
     ASSERT_NE(handle, nullptr);
     QPointer<QWidget> window(static_cast<QWidget*>(handle));
-    cScratch scratch("zelwave-close-");
+    zwtest::cTempDir scratch("zelwave-close-");
     const std::string& dir = scratch.path();
     {
         std::ofstream file(dir + "/long.cmd");
@@ -487,7 +467,7 @@ void setUpPlot(void* handle)
 
 TEST(zelwaveHost, UserActionsOnAPlotAreRecordedAndTheirCommandFileReplaysTheSamePicture)
 {
-    cScratch scratch("zelwave-host-");
+    zwtest::cTempDir scratch("zelwave-host-");
     const std::string recording = scratch.path() + "/actions.cmd";
     void* handle = qt_zelwave_create_main_window(nullptr, 10, 10, 700, 500, 0);
     ASSERT_NE(handle, nullptr);
