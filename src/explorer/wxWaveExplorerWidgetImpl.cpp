@@ -149,6 +149,12 @@ void wxWaveExplorerWidgetImpl::buildWidgets()
     mStopButton->setVisible(false);
     connect(mStopButton, &QToolButton::clicked, this, &wxWaveExplorerWidgetImpl::interruptLauncher);
     mStatusBar->addPermanentWidget(mStopButton);
+    // The mouse's position over a plot stays in the status bar beside the messages.
+    auto* cursorPosition = new QLabel(mStatusBar);
+    cursorPosition->setObjectName("cursor_position");
+    mStatusBar->addPermanentWidget(cursorPosition);
+    mNotebook->setCursorPositionTextHandler(
+        [cursorPosition](const std::string& text) { cursorPosition->setText(QString::fromStdString(text)); });
     layout->addWidget(vertical, 1);
     layout->addWidget(mStatusBar);
 }

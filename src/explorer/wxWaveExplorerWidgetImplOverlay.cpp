@@ -1,8 +1,6 @@
 // The commands for what lies over a plot's curves and how it looks: rulers, legend, annotations,
 // highlighting and grid lines. Options that the plots read (legend position, snapping of rulers)
 // are stored by the configuration first and then given to every plot, new plots included.
-#include <QLabel>
-#include <QStatusBar>
 
 #include <cctype>
 #include <cmath>
@@ -201,19 +199,6 @@ int wxWaveExplorerWidgetImpl::executeOverlayCommand(wxWaveExplorerCommand& comma
         if (result == kOk)
             if (wxSinglePlotWidgetImpl* plot = findPlot(command.plotName))
                 applyOverlayOptions(*plot);
-        // The mouse's position over a plot stays in the status bar beside the messages.
-        if (mNotebook)
-            mNotebook->setCursorPositionTextHandler([this](const std::string& text) {
-                if (!mStatusBar)
-                    return;
-                auto* label = mStatusBar->findChild<QLabel*>("cursor_position");
-                if (!label) {
-                    label = new QLabel(mStatusBar);
-                    label->setObjectName("cursor_position");
-                    mStatusBar->addPermanentWidget(label);
-                }
-                label->setText(QString::fromStdString(text));
-            });
         return result;
     }
     case opt_legend_position:
